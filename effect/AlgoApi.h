@@ -1,0 +1,32 @@
+// Call shapes of the six entry points of the closed algorithm library "lib64orlune7_1.so".
+// Every entry returns a status, 0 for success. The algorithm keeps its state in the memory
+// that the instance lends it: three buffers in each half of the memory table.
+#pragma once
+
+#include <stdint.h>
+
+#include "config/ParamRecords.h"
+#include "effect/KivIoInfo.h"
+
+constexpr const char* kAlgoLibName = "lib64orlune7_1.so";
+
+constexpr int kAlgoMemBanks = 3;
+constexpr int kAlgoMemSize0 = 20000;
+constexpr int kAlgoMemSize1 = 420000;
+constexpr int kAlgoMemSize2 = 150000;
+constexpr int kAlgoParamAreaSize = 130000;
+constexpr int kAlgoVersionBytes = 192;  // three texts of at most 64 bytes at 0, 64 and 128
+constexpr int kAlgoSizeWords = 8;       // the size query fills the first four
+
+extern "C" {
+typedef int32_t (*AlgoInitFn)(void** memFirst, void** memSecond);
+typedef int32_t (*AlgoApplyFn)(void** memFirst, void** memSecond, void* paramArea,
+                               KivIoInfo* io);
+typedef int32_t (*AlgoSetParaFn)(void** memFirst, void* paramArea,
+                                 const AudioOrluneMobilePara* para,
+                                 const AudioOrluneMobileParaExt* ext);
+typedef int32_t (*AlgoGetParaFn)(void** memFirst, void* paramArea, AudioOrluneMobilePara* para,
+                                 AudioOrluneMobileParaExt* ext);
+typedef int32_t (*AlgoGetVersionFn)(char* versions);
+typedef int32_t (*AlgoGetSizeFn)(int32_t* sizes, KivIoInfo* io);
+}

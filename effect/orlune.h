@@ -1,0 +1,329 @@
+// The effect instance as the platform's audio path sees it: one Orlune per output stream,
+// created and deleted through the exported factory and driven through the virtual slots below
+// (the slot order is the host interface and must not change). Every buffer is held inline, so
+// an instance is exactly one allocation and processing never allocates.
+#pragma once
+
+#include <pthread.h>
+#include <stdint.h>
+#include <stdio.h>
+
+#include <map>
+#include <string>
+
+#include <media/AudioParameter.h>
+#include <system/audio.h>
+#include <utils/String8.h>
+#include <utils/StrongPointer.h>
+
+#include "config/NameLists.h"
+#include "config/ParamRecords.h"
+#include "effect/AlgoApi.h"
+#include "effect/KivIoInfo.h"
+#include "events/OrluneEvent.h"
+#include "lad/LadReportInfo.h"
+#include "lad/LoudAbnormalDetecter.h"
+#include "popelim/FallingPopElim.h"
+#include "popelim/ProcessTypes.h"
+
+// The four PCM dump taps, in pipeline order.
+enum DumpHandle {
+    DUMP_HANDLE_IN = 0,   // the block's input as received
+    DUMP_ALGO_IN = 1,     // one algorithm frame before Apply
+    DUMP_ALGO_OUT = 2,    // the same frame after Apply
+    DUMP_HANDLE_OUT = 3,  // the samples handed back
+    DUMP_HANDLE_COUNT = 4,
+};
+
+constexpr int kInputCacheSamples = 76800;
+constexpr int kOutputBufferSamples = 153600;
+constexpr int kIoBufferSamples = kAlgoFrame * 10;
+constexpr int kVolumeThrRawWords = 37;
+constexpr int kHpTypeWords = 288;
+constexpr int kHpTypeRows = 18;
+constexpr int kHpTypeRowWords = 16;
+constexpr int kThresholdsPerScene = 6;
+constexpr int kNoHeadsetTypeChange = 10;  // wiredHeadsetType value that keeps the record's type
+
+class Orlune {
+public:
+    Orlune();
+
+    // Host interface, in virtual slot order.
+    virtual ~Orlune();
+    virtual void KivOutProcPlayInit();
+    virtual void KivParamsSetInt(int key, int value);
+    virtual void KivParamsSetFloat(int key, float value);
+    virtual void KivParamsSetString(int key, const std::string& value);
+    virtual android::String8 KivParamsGet(const android::String8& keys);
+    virtual void KivOutProcPlaySamples(short* buffer, int frames, int channels,
+                                       audio_format_t format);
+    virtual bool GetProcessEnable();
+    virtual void SetProcessEnable(bool enable);
+
+    // Algorithm binding.
+    bool LoadOrulneEffect();
+
+    // Processing initialisation.
+    void InitKiv(bool resetGuard);
+    void InitPopEliminate();
+
+    // Sample pipeline steps.
+    void ReadInputToBuffer(const short* buffer, int samples, audio_format_t format);
+    void UpdateKivAndHandleOutChannel();
+    void RecordKivLog(int frames, int channels, audio_format_t format);
+    void SwapChannel(int frames, int channels);
+    void ProcessFadeInOut(int frameCount);
+    void KivApply(int* out);
+    void KivMultichannelPlay(int channels);
+    void RemoveProcessedSamples(int consumed, int frames);
+    void SwapFourChannel(int frames, int channels);
+    void WriteBufferToOutput(short* buffer, int samples, audio_format_t format);
+    int32_t* PopEliminate(const int* buf, int samples, bool mode);
+
+    // PCM dump.
+    void SetAudioDump(int on);
+    void EnableAudioDump();
+    void DisableAudioDump();
+    void DumpPcm(const void* buf, int samples, DumpHandle which);
+
+    // Configuration file location (process-wide state only).
+    static char* GetFileRealPath(const char* name, char* out, int outSize);
+    static bool CheckFileExists(const char* name);
+    static void GetProductNameConfig();
+    static char* GetRealConfigFile(const char* base, const char* ext, char* out);
+    static int32_t GetVersionInfo(const std::string& dir);
+
+    // Main and virtual-map XML configuration.
+    static void KivReadConfigFromXML(bool musicRegionEnable);
+    static void StartElement(void* userData, const char* name, const char** attrs);
+    static void EndElement(void* userData, const char* name);
+    static int XmlParamParse(char* text, const char* delimiters, int16_t* target, int count);
+    static bool XMLLengthCheck(int a, int b);
+    static int32_t KivReadConfigTableFromXML(bool musicRegionEnable);
+    static void StartElementMapTable(void* userData, const char* name, const char** attrs);
+    static void XmlCfgParamParse(const char* cfgID, const char* cfgValue);
+    static void XmlHpMapParse(const char* numId, const char* name);
+
+    // Binary tuning tables.
+    static int ReadTWS(int16_t* tables[2], int length);
+    static int ReadSUR(int16_t* table, int length);
+    static int ReadLPH(int16_t (*table)[kLphRowWords], int length);
+    static int ReadTEH(int16_t* table, int length);
+    static int ReadASC1(int16_t* table, int length);
+    static int ReadASC2(int16_t* table, int length);
+    static void KivInitConfigPointer();
+
+    // Resolution of a virtual parameter id into its records. Null out-pointers are allowed.
+    enum class Resolve { Found, NoVirtualId, NoRealRecord };
+    static Resolve ResolveVirtualId(int virtualId, RealParamIdStru* ids,
+                                    const AudioOrluneMobilePara** para,
+                                    const AudioOrluneMobileParaExt** ext);
+
+    // Parameter interface.
+    void SetKivOtherParam(int key, int value);
+    void SetKivAPKParam(int key, int value);
+    void SetKivHEQParam(int key, int value);
+    void SetKivDeviceParam(int key, int value);
+    void KivParamsGetCharactor(android::AudioParameter& request, android::AudioParameter& reply,
+                               const char* key, const int16_t* field);
+    void ReloadConfiguration();
+
+    // Speaker scene modes.
+    void KivParamsSetNS(int channels);
+    void SetNsForSpeaker(int channels);
+    void SetSpkParam();
+    void RecordFrames();
+
+    // Headphone modes.
+    void SetNsForHeadsetOrA2dp(int channels);
+    void SetHP3DModeAndType(int& channels);
+    void SetHPSceneModeAndType(int& channels);
+    void SetHP3DMode(int& channels);
+    void KivSetHP3DMode(short mode, int channels);
+    int FindParamForHP();
+    void KivSetHPType(AudioOrluneMobilePara& para, AudioOrluneMobileParaExt& ext, short type);
+    void SetCustomEQ(AudioOrluneMobilePara& para, AudioOrluneMobileParaExt& ext);
+    void SetNormalMode(unsigned short mode);
+    void SetMultiMode(unsigned short mode);
+    void SetMultiMovieMode(unsigned short mode);
+    void SetMultiMode9(unsigned short mode);
+
+    // Volume levels.
+    void ParseVolumeThr();
+    void VolumeThrToIndex(PARAM_INDEX_ZELO_SCENE scene, unsigned short* raw, int count);
+    void VolumeIndexToVolLevel(short index);
+    void VolumeIndexToVolLevelHp(short index);
+
+    // ---- Process-wide state -------------------------------------------------------------
+    static uint32_t gInstanceNum;  // live instances
+    static bool gMapTableFlag;     // the key-0 placeholders have been pruned
+
+    static std::map<int32_t, RealParamIdStru> gVituralMapTable;
+    static std::map<int32_t, AudioOrluneMobilePara> gRealMapTable;
+    static std::map<int32_t, AudioOrluneMobileParaExt> gRealMapTableExt;
+    static std::map<std::string, int32_t> gHpMapTable;
+    static AudioOrluneMobilePara gTempRealParam;
+    static AudioOrluneMobileParaExt gTempRealParamExt;
+    static int16_t gParameterHpType[kHpTypeWords];
+    static int16_t gVolumeThrRaw[kVolumeThrRawWords];
+    static int16_t gUiType;
+    static bool gSecondAudioEffect;  // "msc.audio.secondaudioeffect" == 2; nothing reads it
+
+    static char gProductName[1024];
+    static uint64_t gGetProductNameResult;
+
+    static int16_t gTwsConfigRaw[2][kTwsScenes * kTwsSceneWords];
+    static int16_t* gTwsConfig[2];
+    static int16_t gX2BConfig[kSurWords];
+    static int16_t gLphConfig[kLphRows][kLphRowWords];
+    static int16_t gTehConfig[kTehWords];
+    static int16_t gAscConfig1[kAsc1Words];
+    static int16_t gAscConfig2[kAsc2Words];
+    static bool gLoadedBinParam;
+
+    static int32_t gVolSteps;
+    static bool gIsLoudMediaVolumeMode;
+    static bool gMusicRegionEnable;
+    static int32_t gEqLimitValue;
+    static int32_t gVoiceEnhanceEnable;
+    static bool gIsLoudRingVolumeMode;
+    static bool gIsLoudMusicVolumeMode;
+    static bool gIsLoudAlarmVolumeMode;
+    static bool gIsAlarmMode;
+    static int32_t lastSpkParamMode;
+    static int32_t lastHpParamMode;
+    static uint32_t gAudiodumpCount;
+    static uint32_t sLogBlockCount;
+    static uint32_t sLogEnableCount;
+
+    // ---- Instance and host interface ----------------------------------------------------
+    bool mProcessEnable = false;
+    pthread_mutex_t mMutex;  // held exactly around each call into the algorithm library
+
+    // ---- Algorithm binding ----------------------------------------------------------------
+    AlgoInitFn mAlgoInit = nullptr;
+    AlgoApplyFn mAlgoApply = nullptr;
+    AlgoSetParaFn mAlgoSetPara = nullptr;
+    AlgoGetParaFn mAlgoGetPara = nullptr;
+    AlgoGetVersionFn mAlgoGetVersion = nullptr;
+    AlgoGetSizeFn mAlgoGetSize = nullptr;
+    uint8_t initialised = 0;
+
+    // ---- Algorithm memory -------------------------------------------------------------------
+    uint8_t mAlgoMem0A[kAlgoMemSize0];
+    uint8_t mAlgoMem1A[kAlgoMemSize1];
+    uint8_t mAlgoMem2A[kAlgoMemSize2];
+    uint8_t mAlgoMem0B[kAlgoMemSize0];
+    uint8_t mAlgoMem1B[kAlgoMemSize1];
+    uint8_t mAlgoMem2B[kAlgoMemSize2];
+    void* mAlgoMemTable[2 * kAlgoMemBanks];  // first buffers in 0..2, second buffers in 3..5
+    uint8_t mAlgoParamArea[kAlgoParamAreaSize];
+    int32_t mIoBuffer[kIoBufferSamples];
+    KivIoInfo mIoInfo;
+
+    // ---- Sample pipeline ----------------------------------------------------------------
+    int32_t mInputCache[kInputCacheSamples];
+    int32_t mOutputBuffer[kOutputBufferSamples];
+    int32_t inBufOffset = 0;
+    int32_t outBufOffset = 0;
+    int32_t mChannelCount = 0;
+    int32_t mConfigChannelOut = 2;
+    int32_t mOutChannelCount = 2;
+    int32_t mSwapPos = 0;
+    int32_t mResetRequest = 0;
+
+    // ---- PCM dump -------------------------------------------------------------------------
+    uint8_t mDumpEnabled = 0;
+    FILE* mDumpFiles[DUMP_HANDLE_COUNT] = {};
+
+    // ---- Pop eliminator ---------------------------------------------------------------------
+    ProcessHandle mPopHandle = {};
+    alignas(8) uint8_t mPopBuffer[kPopBlockBytes];
+    uint8_t mPopCache[kPopCacheBytes];
+    int32_t mPopCacheSize = kPopCacheBytes;
+    FallingPopElim* mPopElim;
+
+    // ---- Usage statistics and loud-output detection -----------------------------------------
+    OrluneEvents mEvents;
+    android::LoudAbnormalDetecter mLad;
+    android::sp<android::LadReportInfo> mLadInfoIn;   // first report record: algorithm input
+    android::sp<android::LadReportInfo> mLadInfoOut;  // second report record: algorithm output
+
+    // ---- Parameter and mode state -------------------------------------------------------
+    // The mode block opens with five words whose defaults are 1, 1, 0, 0, 1.
+    int32_t foldState = FOLD_FULL;  // 0 FOLDED, 1 FULL, 2 HALF_FOLDED
+    int32_t btHeadsetType = 1;      // type row for a Bluetooth headset
+    int32_t ringingState = 0;       // 1: a ringtone or alarm stream is active
+    int32_t orientation = ORIENTATION_PORTRAIT;
+    int32_t volumeLevel = VOL_ONE;  // speaker volume level in force
+
+    int32_t stereoWidenEnable = 0;  // with param32Value: the run-time enable
+    int32_t param32Value = 0;
+    int32_t param7Value = 0;
+    int32_t mMuteCountdown = 0;  // start-up output guard, set with param7Value
+    int32_t mMuteArmed = 0;
+    uint8_t param5Flag = 0;  // a left/right swap is wanted
+    int32_t param5Step = 1;  // swap fade step: -1 towards swapped, +1 towards normal
+    uint8_t param37Flag = 0;  // swap inhibited
+    uint8_t channelSwapped = 0;
+
+    int32_t multiMovieFlag = 0;
+    int32_t smartHint9 = 0;
+    int32_t smartHint10 = 0;
+    int32_t mDeviceType = 0;  // 1 loudspeaker, 2 wired headset, 3 Bluetooth A2DP
+    int32_t wiredHeadsetType = 0;
+    int16_t HP_TYPE = 0;
+    int16_t HP_MODE = 0;
+    int16_t SPK_MODE = 0;
+    int16_t HP_SMART_MODE = 0;
+    int16_t HP_3D_MODE = 0;
+    int16_t eqPreset = 0;
+    int16_t HP_EQ[11] = {};  // HP_EQ1 .. HP_EQ11
+    int16_t HP_PREGAIN = 0;
+    int32_t sceneRequest = SCENE_MUSIC;
+    int32_t sceneMode = SCENE_MUSIC;
+    int32_t ringPending = 0;
+    int32_t highTempState = 0;
+    int32_t startStreamState = 3;
+    int32_t stopStreamState = 3;
+    float volumeDb;
+
+    // Stream volume indices, in three pairs defaulting to 5, 5.
+    int32_t musicVolumeIndex = 5;
+    int32_t ringVolumeIndex = 5;
+    int32_t alarmVolumeIndex = 5;
+    int32_t hpVolumeIndex = 5;
+    int32_t btVolumeIndex = 5;
+    int32_t currentVolumeIndex = 5;
+
+    int32_t outputPath = OUTPUT_SPEAKER;
+    int32_t ringReinitPending = 0;
+    int32_t mMovieMode = 0;  // "ro.config.kiv_moviemode" is "true"
+    int32_t hpModeIndex = HP_3D_OFF;
+    int32_t hpMultiKind = DEFAULT_MODE;
+    int32_t hpVolumeLevel = VOL_LOW;
+    int16_t volumeThresholds[SCENE_COUNT][kThresholdsPerScene] = {};
+    bool volumeThrSwitch = false;
+    bool mHpDefaultsApplied = false;  // InitKiv's once-per-instance headphone defaults
+
+    // The tuning handed to the algorithm.
+    AudioOrluneMobilePara mCurPara = {};
+    AudioOrluneMobileParaExt mCurParaExt = {};
+
+private:
+    Orlune(const Orlune&) = delete;
+    Orlune& operator=(const Orlune&) = delete;
+};
+
+// Holds an instance's algorithm mutex for one call into the algorithm library.
+class AlgoLock {
+public:
+    explicit AlgoLock(pthread_mutex_t& m) : mMutex(m) { pthread_mutex_lock(&mMutex); }
+    ~AlgoLock() { pthread_mutex_unlock(&mMutex); }
+    AlgoLock(const AlgoLock&) = delete;
+    AlgoLock& operator=(const AlgoLock&) = delete;
+
+private:
+    pthread_mutex_t& mMutex;
+};

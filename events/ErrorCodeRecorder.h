@@ -1,0 +1,27 @@
+// Counts the algorithm's non-zero result codes and reports them: a new code at once, a
+// repeated code at most once per period.
+#pragma once
+
+#include <stdint.h>
+#include <map>
+
+class TovaEvent;
+
+class ErrorCodeRecorder {
+public:
+    ErrorCodeRecorder();
+    void SetSendLogDuration();
+    void AddErrorCode(int code);
+    bool IsNeedSendLog(int code);
+    void TriggerSendErrorCode(int code);
+    void SendLog(int code);
+    void PutInEvent(TovaEvent& event, int code);
+    void AddEvent(TovaEvent& event, int code);
+    void ClearEvent();
+    void GetTime(long& last, long& duration) const;
+
+    int32_t lastErrorCode = 0;
+    int64_t lastSendTime;                        // ns, monotonic; -1 disables sending
+    int64_t sendLogDuration = 86400000000000LL;  // 24 hours
+    std::map<int32_t, int32_t> errorCounts;
+};

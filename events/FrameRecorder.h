@@ -1,0 +1,47 @@
+// Per-mode counters of processed blocks by volume band, for the daily usage event.
+#pragma once
+
+#include <stdint.h>
+
+class TovaEvent;
+
+constexpr int kVolumeBands = 7;
+
+class SpkFrameRecorder {
+public:
+    SpkFrameRecorder() = default;
+    void AddFrame(int volumeLevel);
+    // Band = first i in 0..5 with thresholds[i] >= volume, 6 above all six.
+    void RecordFrames(int volume, const short* thresholds);
+    float GetParamVolUsageRate(int level) const;
+    float GetParamUsageRate() const;
+    int PrintRate() const;
+    void ClearFrame();
+    void PutInEvent(TovaEvent& event) const;
+
+    uint16_t mode = 0;  // row of the speaker key tables
+    uint32_t totalFrames = 0;
+    uint32_t counts[kVolumeBands] = {};
+
+    static uint32_t gFrameSums;  // blocks recorded by all speaker recorders together
+};
+
+class HpFrameRecorder {
+public:
+    HpFrameRecorder() = default;
+    void AddFrame(int volumeLevel);
+    // As the speaker recorder, but a volume above all six thresholds counts in band 1.
+    void RecordFrames(int volume, const short* thresholds);
+    float GetParamVolUsageRate(int level) const;
+    float GetParamUsageRate() const;
+    int PrintRate() const;
+    // Clears totalFrames and the class total but keeps the band counts.
+    void ClearFrame();
+    void PutInEvent(TovaEvent& event) const;
+
+    uint16_t mode = 5;  // row of the headphone key tables; the owner overwrites it
+    uint32_t totalFrames = 0;
+    uint32_t counts[kVolumeBands] = {};
+
+    static uint32_t gFrameSums;
+};

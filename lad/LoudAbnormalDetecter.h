@@ -1,0 +1,45 @@
+// Bridge to the closed loud-output detection library: loads it on demand and forwards the
+// effect's buffers, stream start and stop and per-stream facts to its detector object. Every
+// forwarding call does nothing while no detector is loaded.
+#pragma once
+
+#include <pthread.h>
+#include <system/audio.h>
+#include <utils/RefBase.h>
+#include <utils/String8.h>
+#include <utils/StrongPointer.h>
+
+#include "lad/LadReportInfo.h"
+#include "lad/LoudDetector.h"
+
+namespace android {
+
+class LoudAbnormalDetecter : public RefBase {
+public:
+    LoudAbnormalDetecter();
+    ~LoudAbnormalDetecter() override;
+
+    void LoadLadProc(int type);
+    void LadInit(int type);
+    int LadDeinit();
+    int SetInputBuffer(sp<LadReportInfo> info, const void* buffer, int frames, int sampleRate,
+                       audio_format_t format, int channels);
+    int SetOutputBuffer(sp<LadReportInfo> info, const void* buffer, int frames, int sampleRate,
+                        audio_format_t format, int channels);
+    int CheckBuffer(sp<LadReportInfo> first, sp<LadReportInfo> second);
+    int UpdateProcTime(sp<LadReportInfo> first, sp<LadReportInfo> second);
+    int SetStartStream(sp<LadReportInfo> first, sp<LadReportInfo> second);
+    int SetStopStream(sp<LadReportInfo> first, sp<LadReportInfo> second);
+    void LadInfoInit(sp<LadReportInfo> info);
+    void SetLadVolumeIndex(sp<LadReportInfo> info, int index);
+    void SetLadPlayAppName(sp<LadReportInfo> info, const String8& name);
+
+    GetLadInstanceFn mGetLadInstance = nullptr;
+    DeleteLadInstanceFn mDeleteLadInstance = nullptr;
+    pthread_mutex_t mLock;
+    sp<LoudDetector> mLad;
+    void* mVendorLadLibHandle = nullptr;
+    bool mLoaded = false;
+};
+
+}  // namespace android

@@ -1,0 +1,34 @@
+// Configuration and per-stream state of the pop eliminator.
+#pragma once
+
+#include <stdint.h>
+
+struct ProcessConfig {
+    uint32_t channelCount;  // interleaved channels; 1 or 2 accepted at init, only 2 processed
+    uint32_t bitDepth;      // bytes per sample; must be 4
+    uint32_t bufferSize;    // block size in bytes; 1 to 3840
+    int32_t outputType;     // carried and logged only
+    int32_t format;         // audio_format_t; only AUDIO_FORMAT_PCM_32_BIT is processed
+};
+
+struct ProcessHandle {
+    uint32_t channelCount;
+    uint32_t bitDepth;
+    uint32_t maxBufferSize;  // upper bound of a processed block
+    int32_t outputType;
+    int32_t format;
+    uint32_t sampleRate;     // 48000 after initialisation
+    int32_t* buffer;         // work buffer (caller-owned); the processed block is returned here
+    uint32_t curBufferSize;  // block size in bytes that the edge searches assume
+    uint8_t* cache;          // delay cache (caller-owned)
+    uint32_t cacheSize;      // the delay in bytes
+};
+
+// One row of the block-size to sample-rate table.
+struct SampleRateRow {
+    uint32_t blockSize;  // bytes
+    uint32_t sampleRate;  // Hz
+};
+
+constexpr uint32_t kPopBlockBytes = 3840;  // 480 stereo frames of 32-bit samples
+constexpr uint32_t kPopCacheBytes = 384;   // 48 stereo frames: 1 ms at 48 kHz
