@@ -1,0 +1,164 @@
+#include "events/FrameRecorder.h"
+
+#include <tovaview/TovaView.h>
+
+#include "effect/LogTags.h"
+#include "events/EventKeys.h"
+#include "events/UsageRate.h"
+
+uint32_t SpkFrameRecorder::gFrameSums = 0;
+uint32_t HpFrameRecorder::gFrameSums = 0;
+
+namespace {
+
+constexpr int kThresholdCount = 6;
+
+// First band whose threshold is at least `volume`; kThresholdCount when above all of them.
+int FindBand(int volume, const short* thresholds) {
+    for (int i = 0; i < kThresholdCount; ++i) {
+        if (thresholds[i] >= volume) {
+            return i;
+        }
+    }
+    return kThresholdCount;
+}
+
+bool ValidLevel(int volumeLevel) {
+    if (volumeLevel < 0 || volumeLevel >= kVolumeBands) {
+        __android_log_print(ANDROID_LOG_ERROR, kTagEvent, "%s: invalid volumeLevel %d", "AddFrame",
+                            volumeLevel);
+        return false;
+    }
+    return true;
+}
+
+bool ValidThresholds(const short* thresholds) {
+    if (thresholds == nullptr) {
+        __android_log_print(ANDROID_LOG_ERROR, kTagEvent, "%s: thresholds are null",
+                            "RecordFrames");
+        return false;
+    }
+    return true;
+}
+
+float VolRate(const uint32_t* counts, uint32_t total, uint32_t sums, int level) {
+    if (level < 0 || level >= kVolumeBands || total == 0 || sums == 0) {
+        return -1.0f;
+    }
+    return UsageRate(counts[level], total);
+}
+
+}  // namespace
+
+// ---- speaker ----
+
+void SpkFrameRecorder::AddFrame(int volumeLevel) {
+    if (!ValidLevel(volumeLevel)) {
+        return;
+    }
+    ++counts[volumeLevel];
+    ++totalFrames;
+    ++gFrameSums;
+}
+
+void SpkFrameRecorder::RecordFrames(int volume, const short* thresholds) {
+    if (!ValidThresholds(thresholds)) {
+        return;
+    }
+    ++counts[FindBand(volume, thresholds)];
+    ++totalFrames;
+    ++gFrameSums;
+}
+
+float SpkFrameRecorder::GetParamVolUsageRate(int level) const {
+    return VolRate(counts, totalFrames, gFrameSums, level);
+}
+
+float SpkFrameRecorder::GetParamUsageRate() const {
+    if (totalFrames == 0 || gFrameSums == 0) {
+        return -1.0f;
+    }
+    return UsageRate(totalFrames, gFrameSums);
+}
+
+int SpkFrameRecorder::PrintRate() const {
+    return (totalFrames != 0 && gFrameSums != 0) ? 0 : -1;
+}
+
+void SpkFrameRecorder::ClearFrame() {
+    totalFrames = 0;
+    for (uint32_t& count : counts) {
+        count = 0;
+    }
+    gFrameSums = 0;
+}
+
+void SpkFrameRecorder::PutInEvent(TovaEvent& event) const {
+    if (totalFrames == 0 || gFrameSums == 0 || mode >= kSpkKeyRows) {
+        return;
+    }
+    for (int band = 0; band < kVolumeBands; ++band) {
+        event.PutFloat(gSpkVolRateKeys[mode][band], UsageRate(counts[band], totalFrames));
+    }
+    event.PutFloat(gSpkModeRateKeys[mode], UsageRate(totalFrames, gFrameSums));
+}
+
+// ---- headphone ----
+
+void HpFrameRecorder::AddFrame(int volumeLevel) {
+    if (!ValidLevel(volumeLevel)) {
+        return;
+    }
+    ++counts[volumeLevel];
+    ++totalFrames;
+    ++gFrameSums;
+}
+
+void HpFrameRecorder::RecordFrames(int volume, const short* thresholds) {
+    if (!ValidThresholds(thresholds)) {
+        return;
+    }
+    int band = FindBand(volume, thresholds);
+    // The headphone report only tells band 0 from the rest, so a volume above every
+    // threshold is kept in band 1.
+    if (band == kThresholdCount) {
+        band = 1;
+    }
+    ++counts[band];
+    ++totalFrames;
+    ++gFrameSums;
+}
+
+float HpFrameRecorder::GetParamVolUsageRate(int level) const {
+    return VolRate(counts, totalFrames, gFrameSums, level);
+}
+
+float HpFrameRecorder::GetParamUsageRate() const {
+    if (totalFrames == 0 || gFrameSums == 0) {
+        return -1.0f;
+    }
+    return UsageRate(totalFrames, gFrameSums);
+}
+
+int HpFrameRecorder::PrintRate() const {
+    return (totalFrames != 0 && gFrameSums != 0) ? 0 : -1;
+}
+
+void HpFrameRecorder::ClearFrame() {
+    // The band counts are kept on purpose; only the totals restart.
+    totalFrames = 0;
+    gFrameSums = 0;
+}
+
+void HpFrameRecorder::PutInEvent(TovaEvent& event) const {
+    if (totalFrames == 0 || gFrameSums == 0 || mode >= kHpKeyRows) {
+        return;
+    }
+    event.PutFloat(gHpLowRateKeys[mode], UsageRate(counts[0], totalFrames));
+    float upper = 0.0f;
+    for (int band = 1; band < kVolumeBands; ++band) {
+        upper += UsageRate(counts[band], totalFrames);
+    }
+    event.PutFloat(gHpUpperRateKeys[mode], upper);
+    event.PutFloat(gHpModeRateKeys[mode], UsageRate(totalFrames, gFrameSums));
+}

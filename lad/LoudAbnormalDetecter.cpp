@@ -1,0 +1,192 @@
+#include "lad/LoudAbnormalDetecter.h"
+
+#include <dlfcn.h>
+#include <unistd.h>
+
+#include <android/log.h>
+#include <platform/clock.h>
+#include <platform/device_fs.h>
+
+#include "lad/LadReportInfoLayout.h"
+
+// The bridge logs without a tag.
+#define LAD_LOGD(...) __android_log_print(ANDROID_LOG_DEBUG, nullptr, __VA_ARGS__)
+#define LAD_LOGE(...) __android_log_print(ANDROID_LOG_ERROR, nullptr, __VA_ARGS__)
+
+namespace android {
+
+namespace {
+
+constexpr int kLadConfigTypes = 4;
+
+// The detection library reads its configuration itself; the bridge only checks that the file
+// for the requested type exists.
+const char* const kLadConfigFiles[kLadConfigTypes] = {
+        "/odm/etc/kiv/lad_config_dts.xml",
+        "/odm/etc/kiv/lad_config_brisel.xml",
+        "/odm/etc/kiv/lad_config_lowlatency.xml",
+        "/odm/etc/kiv/lad_config_dsp_orlune.xml",
+};
+
+constexpr const char* kLadLibName = "liblouddetect.so";
+
+class LockGuard {
+public:
+    explicit LockGuard(pthread_mutex_t* lock) : mLock(lock) { pthread_mutex_lock(mLock); }
+    ~LockGuard() { pthread_mutex_unlock(mLock); }
+    LockGuard(const LockGuard&) = delete;
+    LockGuard& operator=(const LockGuard&) = delete;
+
+private:
+    pthread_mutex_t* mLock;
+};
+
+}  // namespace
+
+LoudAbnormalDetecter::LoudAbnormalDetecter() {
+    pthread_mutex_init(&mLock, nullptr);
+}
+
+LoudAbnormalDetecter::~LoudAbnormalDetecter() {
+    if (mVendorLadLibHandle != nullptr) {
+        // The detector object's code lives in the library: drop it while it is still mapped.
+        mLad.clear();
+        dlclose(mVendorLadLibHandle);
+        mVendorLadLibHandle = nullptr;
+    }
+    pthread_mutex_destroy(&mLock);
+}
+
+void LoudAbnormalDetecter::LoadLadProc(int type) {
+    LockGuard guard(&mLock);
+    if (mLoaded) {
+        return;
+    }
+    if (type < 0 || type >= kLadConfigTypes) {
+        LAD_LOGE("invaild type, lad config is not support");
+        return;
+    }
+    if (orlune_platform::DevAccess(kLadConfigFiles[type], F_OK) != 0) {
+        LAD_LOGE("lad config is not exist");
+        return;
+    }
+    mVendorLadLibHandle = dlopen(kLadLibName, RTLD_LAZY);
+    if (mVendorLadLibHandle == nullptr) {
+        LAD_LOGE("%s,liblouddetect lib open fail.", "LoadLadProc");
+        return;
+    }
+    mGetLadInstance =
+            reinterpret_cast<GetLadInstanceFn>(dlsym(mVendorLadLibHandle, "GetLadInstance"));
+    mDeleteLadInstance =
+            reinterpret_cast<DeleteLadInstanceFn>(dlsym(mVendorLadLibHandle, "DeleteLadInstance"));
+    if (mGetLadInstance == nullptr || mDeleteLadInstance == nullptr) {
+        LAD_LOGE("%s, LAD load class address fail.", "LoadLadProc");
+        mGetLadInstance = nullptr;
+        mDeleteLadInstance = nullptr;
+        dlclose(mVendorLadLibHandle);
+        mVendorLadLibHandle = nullptr;
+        return;
+    }
+    mLoaded = true;
+    LadInit(type);
+    LAD_LOGD("%s load lib success, mVendorLadLibHandle=%p", "LoadLadProc", mVendorLadLibHandle);
+}
+
+void LoudAbnormalDetecter::LadInit(int type) {
+    if (mGetLadInstance == nullptr) {
+        return;  // no library loaded
+    }
+    mLad = mGetLadInstance();
+    if (mLad != nullptr) {
+        mLad->Init(type);
+    }
+}
+
+int LoudAbnormalDetecter::LadDeinit() {
+    if (mVendorLadLibHandle == nullptr) {
+        return 0;
+    }
+    int ret = dlclose(mVendorLadLibHandle);
+    mVendorLadLibHandle = nullptr;
+    return ret;
+}
+
+int LoudAbnormalDetecter::SetInputBuffer(sp<LadReportInfo> info, const void* buffer, int frames,
+                                         int sampleRate, audio_format_t format, int channels) {
+    if (mLad == nullptr) {
+        return 0;
+    }
+    return mLad->SetInputBuffer(info, buffer, frames, sampleRate, format, channels);
+}
+
+int LoudAbnormalDetecter::SetOutputBuffer(sp<LadReportInfo> info, const void* buffer, int frames,
+                                          int sampleRate, audio_format_t format, int channels) {
+    if (mLad == nullptr) {
+        return 0;
+    }
+    return mLad->SetOutputBuffer(info, buffer, frames, sampleRate, format, channels);
+}
+
+int LoudAbnormalDetecter::CheckBuffer(sp<LadReportInfo> first, sp<LadReportInfo> second) {
+    if (mLad == nullptr) {
+        return 0;
+    }
+    return mLad->CheckBuffer(first, second);
+}
+
+int LoudAbnormalDetecter::UpdateProcTime(sp<LadReportInfo> first, sp<LadReportInfo> second) {
+    if (mLad == nullptr) {
+        return 0;
+    }
+    return mLad->UpdateProcTime(first, second);
+}
+
+int LoudAbnormalDetecter::SetStartStream(sp<LadReportInfo> first, sp<LadReportInfo> second) {
+    if (mLad == nullptr) {
+        return 0;
+    }
+    sp<LadReportInfo> firstCopy = first;
+    sp<LadReportInfo> secondCopy = second;
+    return mLad->StartStream(firstCopy, secondCopy);
+}
+
+int LoudAbnormalDetecter::SetStopStream(sp<LadReportInfo> first, sp<LadReportInfo> second) {
+    if (mLad == nullptr) {
+        return 0;
+    }
+    sp<LadReportInfo> firstCopy = first;
+    sp<LadReportInfo> secondCopy = second;
+    return mLad->StopStream(firstCopy, secondCopy);
+}
+
+void LoudAbnormalDetecter::LadInfoInit(sp<LadReportInfo> info) {
+    if (info == nullptr) {
+        return;
+    }
+    info->infoFlag0 = 0;
+    info->infoFlag1 = 0;
+}
+
+void LoudAbnormalDetecter::SetLadVolumeIndex(sp<LadReportInfo> info, int index) {
+    if (info == nullptr) {
+        return;
+    }
+    info->volumeIndex = index;
+}
+
+void LoudAbnormalDetecter::SetLadPlayAppName(sp<LadReportInfo> info, const String8& name) {
+    if (info == nullptr) {
+        return;
+    }
+    if (name != info->playAppName) {
+        info->switchFlag0 = 0;
+        info->switchFlag1 = 1;
+        info->metricAAtSwitch = info->metricA;
+        info->metricBAtSwitch = info->metricB;
+        info->appSwitchTime = orlune_platform::MonotonicNs();
+    }
+    LockGuard guard(&mLock);
+    info->playAppName = name;
+}
+
+}  // namespace android
