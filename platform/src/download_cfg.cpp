@@ -1,0 +1,52 @@
+// Host stub of the maker's customisation service (host-platform.md).
+#include <vardocust/download_cfg.h>
+
+#include <platform/device_fs.h>
+
+#include <stdlib.h>
+#include <string.h>
+#include <unistd.h>
+
+#include <string>
+
+namespace {
+
+void CopyCut(char* out, size_t size, const char* text) {
+    size_t n = strnlen(text, size - 1);
+    memcpy(out, text, n);
+    out[n] = '\0';
+}
+
+}  // namespace
+
+extern "C" __attribute__((visibility("default"))) DownloadCfgInfo* get_download_cfg_file(
+        const char* dir, const char* file) {
+    using namespace orlune_platform;
+    bool fileFound = file != nullptr && DevAccess(file, F_OK) == 0;
+    bool dirFound = dir != nullptr && DevAccess(dir, F_OK) == 0;
+    if (!fileFound && !dirFound) {
+        return nullptr;
+    }
+    auto* info = static_cast<DownloadCfgInfo*>(calloc(1, sizeof(DownloadCfgInfo)));
+    if (info == nullptr || !fileFound) {
+        return info;  // found 0, empty path and version
+    }
+    info->found = 1;
+    CopyCut(info->path, sizeof info->path, file);
+    if (dir != nullptr) {
+        std::string versionFile = dir;
+        if (versionFile.empty() || versionFile.back() != '/') {
+            versionFile += '/';
+        }
+        versionFile += "cfg_version";
+        if (FILE* fp = DevFopen(versionFile.c_str(), "re")) {
+            char line[sizeof info->version];
+            if (fgets(line, sizeof line, fp) != nullptr) {
+                line[strcspn(line, "\r\n")] = '\0';
+                CopyCut(info->version, sizeof info->version, line);
+            }
+            fclose(fp);
+        }
+    }
+    return info;
+}
