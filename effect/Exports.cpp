@@ -1,0 +1,20 @@
+// The factory that the platform's audio path calls to create and delete effect instances.
+#include <android/log.h>
+
+#include "effect/Export.h"
+#include "effect/LogTags.h"
+#include "effect/orlune.h"
+
+ORLUNE_EXPORT void* GetOrluneInstance() {
+    ORLUNE_LOGD("GetOrluneInstance");
+    return new Orlune();
+}
+
+ORLUNE_EXPORT void DeleteOrluneInstance(void* instance) {
+    ORLUNE_LOGD("DeleteOrluneInstance");
+    if (instance == nullptr) {
+        return;
+    }
+    // The deleting destructor, reached through the virtual table as any host would.
+    delete static_cast<Orlune*>(instance);
+}

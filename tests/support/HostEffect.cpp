@@ -1,0 +1,39 @@
+#include "tests/support/HostEffect.h"
+
+#include <dlfcn.h>
+
+HostOrlune::~HostOrlune() = default;
+
+HostLibrary::HostLibrary() {
+    mHandle = dlopen(ORLUNE_LIB_PATH, RTLD_NOW | RTLD_LOCAL);
+    if (mHandle != nullptr) {
+        mGet = reinterpret_cast<void* (*)()>(dlsym(mHandle, "GetOrluneInstance"));
+        mDelete = reinterpret_cast<void (*)(void*)>(dlsym(mHandle, "DeleteOrluneInstance"));
+    }
+}
+
+HostLibrary::~HostLibrary() {
+    // The library stays loaded: instances may still be referenced by a failing test.
+}
+
+HostOrlune* HostLibrary::Create() const {
+    return mGet != nullptr ? static_cast<HostOrlune*>(mGet()) : nullptr;
+}
+
+void HostLibrary::Delete(void* instance) const {
+    if (mDelete != nullptr) {
+        mDelete(instance);
+    }
+}
+
+void* HostLibrary::Symbol(const char* name) const {
+    return mHandle != nullptr ? dlsym(mHandle, name) : nullptr;
+}
+
+void* PreloadStandin(const std::string& path) {
+    return dlopen(path.c_str(), RTLD_NOW | RTLD_GLOBAL);
+}
+
+std::string StandinPath(const std::string& relative) {
+    return std::string(ORLUNE_STANDIN_DIR) + "/" + relative;
+}
