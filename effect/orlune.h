@@ -288,6 +288,11 @@ public:
     int32_t startStreamState = 3;
     int32_t stopStreamState = 3;
     float volumeDb;
+    // Float ids 57..59, meant for both loud-detection report records; the records' fixed
+    // layout has no field for them, so the instance keeps them.
+    float masterVolume = 0.0f;
+    float typeVolume = 0.0f;
+    float clientVolume = 0.0f;
 
     // Stream volume indices, in three pairs defaulting to 5, 5.
     int32_t musicVolumeIndex = 5;

@@ -1,0 +1,81 @@
+// Float and string parameters from the host: the host volume, the three stream volumes meant
+// for the loud-output detector, the headset name and the list of playing applications.
+#include <string.h>
+
+#include <map>
+
+#include "effect/LogTags.h"
+#include "effect/orlune.h"
+
+namespace {
+
+// Stores `value` into `field` when it differs, logging the new value first.
+void StoreIfChanged(float& field, float value, const char* format) {
+    if (value != field) {
+        ORLUNE_LOGI(format, value);
+        field = value;
+    }
+}
+
+}  // namespace
+
+void Orlune::KivParamsSetFloat(int key, float value) {
+    if (initialised == 0) {
+        return;
+    }
+    if (key == 11) {
+        StoreIfChanged(volumeDb, value, "volumeDb = %f");
+        return;
+    }
+    // The three stream volumes belong to the loud-detection report records; without the first
+    // record there is nothing to compare with and nothing to hand them to.
+    if (mLadInfoIn == nullptr) {
+        return;
+    }
+    switch (key) {
+        case 57:
+            StoreIfChanged(masterVolume, value, "masterVolume = %f");
+            break;
+        case 58:
+            StoreIfChanged(typeVolume, value, "typeVolume = %f");
+            break;
+        case 59:
+            StoreIfChanged(clientVolume, value, "clientVolume = %f");
+            break;
+        default:
+            break;
+    }
+}
+
+void Orlune::KivParamsSetString(int key, const std::string& value) {
+    if (initialised == 0) {
+        return;
+    }
+    if (key == 54) {
+        auto it = gHpMapTable.find(value);
+        if (it == gHpMapTable.end()) {
+            ORLUNE_LOGW("SetString unknown headset name: %s, HP_TYPE stays %hd", value.c_str(),
+                        HP_TYPE);
+            return;
+        }
+        HP_TYPE = static_cast<int16_t>(it->second);
+    } else if (key == 56) {
+        // Any run of blanks, commas and brackets separates two names; the last name is the
+        // application that is playing now.
+        std::map<int, android::String8> apps;
+        std::string list = value;
+        char* save = nullptr;
+        int count = 0;
+        for (char* token = strtok_r(list.data(), " ,[]", &save); token != nullptr;
+             token = strtok_r(nullptr, " ,[]", &save)) {
+            apps[++count] = android::String8(token);
+        }
+        if (count > 0) {
+            const android::String8& playing = apps[count];
+            mLad.SetLadPlayAppName(mLadInfoIn, playing);
+            mLad.SetLadPlayAppName(mLadInfoOut, playing);
+        }
+    } else {
+        ORLUNE_LOGI("SetString Unsupport param: %d, value: %s", key, value.c_str());
+    }
+}
