@@ -1,0 +1,22 @@
+#!/usr/bin/env bash
+# Builds everything and runs the tests. `--sanitize` does the same in build-asan with
+# AddressSanitizer and UndefinedBehaviorSanitizer.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+scripts/install-deps.sh
+
+build=build
+flags=()
+if [[ "${1:-}" == "--sanitize" ]]; then
+    build=build-asan
+    flags=(-DORLUNE_SANITIZE=ON -DORLUNE_BUILD_BENCH=OFF)
+    export ASAN_OPTIONS=detect_leaks=1:abort_on_error=0
+    export UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1
+    # GCC's sanitizer runtime intercepts dlopen, which then no longer searches the calling
+    # library's RUNPATH: name the Android libraries' directory explicitly.
+    export LD_LIBRARY_PATH=/usr/lib/x86_64-linux-gnu/android${LD_LIBRARY_PATH:+:$LD_LIBRARY_PATH}
+fi
+cmake -S . -B "$build" -DCMAKE_BUILD_TYPE=RelWithDebInfo "${flags[@]}" > /dev/null
+cmake --build "$build" -j"$(nproc)"
+cd "$build"
+ctest --output-on-failure -j"$(nproc)" --timeout 300

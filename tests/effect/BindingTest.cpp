@@ -1,0 +1,139 @@
+// Binding of the algorithm library, seen from outside: log lines, blocks, and whether the
+// library stays mapped.
+#include <gtest/gtest.h>
+
+#include <dlfcn.h>
+
+#include <random>
+#include <vector>
+
+#include "tests/support/HostEffect.h"
+#include "tests/support/LogCapture.h"
+
+namespace {
+
+const std::string kFullStandin = StandinPath("lib64orlune7_1.so");
+const std::string kBrokenStandin = StandinPath("missing-getpara/lib64orlune7_1.so");
+
+bool StillMapped(const std::string& path) {
+    void* h = dlopen(path.c_str(), RTLD_NOW | RTLD_NOLOAD);
+    if (h != nullptr) {
+        dlclose(h);
+    }
+    return h != nullptr;
+}
+
+// Runs blocks of several shapes through the instance and expects each to come back exactly
+// as it went in.
+void ExpectBlocksUntouched(HostOrlune* inst) {
+    std::mt19937 rng(7);
+    struct Shape {
+        int frames, channels;
+        audio_format_t format;
+        int bytesPerSample;
+    };
+    const Shape shapes[] = {{240, 2, AUDIO_FORMAT_PCM_16_BIT, 2},
+                            {480, 2, AUDIO_FORMAT_PCM_FLOAT, 4},
+                            {960, 2, AUDIO_FORMAT_PCM_32_BIT, 4},
+                            {1001, 4, AUDIO_FORMAT_PCM_16_BIT, 2},
+                            {1920, 8, AUDIO_FORMAT_PCM_24_BIT_PACKED, 3},
+                            {480, 10, AUDIO_FORMAT_PCM_16_BIT, 2}};
+    for (const Shape& s : shapes) {
+        const int room = s.channels == 4 ? 4 : s.channels;
+        std::vector<uint8_t> block(static_cast<size_t>(s.frames) * room * s.bytesPerSample);
+        for (uint8_t& b : block) {
+            b = static_cast<uint8_t>(rng());
+        }
+        std::vector<uint8_t> before = block;
+        inst->KivOutProcPlaySamples(reinterpret_cast<short*>(block.data()), s.frames, s.channels,
+                                    s.format);
+        EXPECT_EQ(block, before) << s.frames << " frames, " << s.channels << " channels";
+    }
+}
+
+TEST(BindingTest, FactoryLogsAndIgnoresNull) {
+    HostLibrary lib;
+    ASSERT_TRUE(lib.Loaded());
+    LogCapture log;
+    HostOrlune* inst = lib.Create();
+    ASSERT_NE(inst, nullptr);
+    EXPECT_EQ(log.Count("GetOrluneInstance", "orlune_mobile", ANDROID_LOG_DEBUG), 1);
+    lib.Delete(nullptr);
+    EXPECT_EQ(log.Count("DeleteOrluneInstance", "orlune_mobile", ANDROID_LOG_DEBUG), 1);
+    lib.Delete(inst);
+    EXPECT_EQ(log.Count("DeleteOrluneInstance", "orlune_mobile", ANDROID_LOG_DEBUG), 2);
+}
+
+TEST(BindingTest, BlockBeforeSetUpComesBackUntouched) {
+    HostLibrary lib;
+    ASSERT_NE(PreloadStandin(kFullStandin), nullptr) << dlerror();
+    HostOrlune* inst = lib.Create();
+    EXPECT_FALSE(inst->GetProcessEnable());
+    ExpectBlocksUntouched(inst);
+    lib.Delete(inst);
+}
+
+TEST(BindingTest, MissingAlgorithmLibraryPassesEveryBlockBitExact) {
+    HostLibrary lib;
+    LogCapture log;
+    HostOrlune* inst = lib.Create();
+    inst->KivOutProcPlayInit();
+    EXPECT_TRUE(log.Has("LoadOrulneEffect: load orlune Effect lib", "orlune_mobile",
+                        ANDROID_LOG_INFO));
+    EXPECT_TRUE(log.Has("LoadOrulneEffect: lib64orlune7_1.so open fail.", "orlune_mobile",
+                        ANDROID_LOG_ERROR));
+    EXPECT_TRUE(log.Has("KivOutProcPlayInit: load orlune effect fail.", "orlune_mobile",
+                        ANDROID_LOG_ERROR))
+            << log.Dump();
+    inst->KivParamsSetInt(0, 1);  // set operations are ignored while unbound
+    inst->KivParamsSetInt(32, 1);
+    EXPECT_EQ(log.CountContaining("is set to"), 0);
+    ExpectBlocksUntouched(inst);
+    lib.Delete(inst);
+}
+
+TEST(BindingTest, LibraryLackingOneEntryPointIsRefusedAndClosed) {
+    HostLibrary lib;
+    void* preload = PreloadStandin(kBrokenStandin);
+    ASSERT_NE(preload, nullptr) << dlerror();
+    LogCapture log;
+    HostOrlune* inst = lib.Create();
+    inst->KivOutProcPlayInit();
+    EXPECT_TRUE(log.Has("LoadOrulneEffect: Orlune load function symbol failed.", "orlune_mobile",
+                        ANDROID_LOG_ERROR))
+            << log.Dump();
+    EXPECT_EQ(log.CountContaining("Load orlune algo lib OK"), 0);
+    ExpectBlocksUntouched(inst);
+
+    // Only our own reference is left: if the effect had kept its handle, the library would
+    // stay mapped after we drop ours.
+    dlclose(preload);
+    EXPECT_FALSE(StillMapped(kBrokenStandin));
+    lib.Delete(inst);
+}
+
+TEST(BindingTest, BindsOnceAndKeepsTheLibraryMapped) {
+    HostLibrary lib;
+    void* preload = PreloadStandin(kFullStandin);
+    ASSERT_NE(preload, nullptr) << dlerror();
+    LogCapture log;
+    HostOrlune* inst = lib.Create();
+    inst->KivOutProcPlayInit();
+    EXPECT_EQ(log.Count("LoadOrulneEffect 1075: Load orlune algo lib OK.", "orlune_mobile",
+                        ANDROID_LOG_INFO),
+              1)
+            << log.Dump();
+    EXPECT_TRUE(log.Has("cgtVersion: standin-cc 12.2, releaseVersion: standin 1.0.0, "
+                        "releaseDate: 2026-11-21",
+                        "orlune_mobile", ANDROID_LOG_INFO));
+
+    inst->KivOutProcPlayInit();
+    EXPECT_EQ(log.Count("LoadOrulneEffect: load orlune Effect lib"), 1);
+
+    dlclose(preload);
+    EXPECT_TRUE(StillMapped(kFullStandin));
+    lib.Delete(inst);
+    EXPECT_TRUE(StillMapped(kFullStandin));  // deleting the instance does not unload it either
+}
+
+}  // namespace
