@@ -1,0 +1,65 @@
+// Small helpers shared by the speaker and headphone mode selection.
+#pragma once
+
+#include <math.h>
+#include <stdint.h>
+
+#include "effect/orlune.h"
+
+// Extended-record words that the mode selection writes on every block.
+constexpr int kExtWordEqBand11 = 332;  // high byte: the eleventh custom EQ band
+constexpr int kExtWordChannels = 334;  // high byte: block channels; low byte: headset type
+constexpr int kExtWordVolume = 339;    // speaker only: integer part of volumeDb
+
+namespace params {
+
+// Integer part of a dB value, truncated toward zero; NaN gives 0 and values beyond the int32
+// range saturate, so no host value can make the conversion undefined.
+inline int32_t TruncateDb(float db) {
+    if (isnan(db)) {
+        return 0;
+    }
+    if (db >= 2147483647.0f) {
+        return INT32_MAX;
+    }
+    if (db <= -2147483648.0f) {
+        return INT32_MIN;
+    }
+    return static_cast<int32_t>(db);
+}
+
+inline uint16_t Bits(int16_t word) {
+    return static_cast<uint16_t>(word);
+}
+
+// Replaces the high byte of `word` with the low byte of `value`.
+inline void SetHighByte(int16_t& word, int value) {
+    word = static_cast<int16_t>((Bits(word) & 0x00FF) |
+                                ((static_cast<unsigned>(value) & 0xFF) << 8));
+}
+
+// Replaces the low byte of `word` with the low byte of `value`.
+inline void SetLowByte(int16_t& word, int value) {
+    word = static_cast<int16_t>((Bits(word) & 0xFF00) | (static_cast<unsigned>(value) & 0xFF));
+}
+
+// Sum of products with two's-complement wrap-around: a virtual id built from host values that
+// are out of range simply names no mode instead of overflowing.
+inline int32_t WrapSum(int64_t a, int64_t b, int64_t c, int64_t d) {
+    return static_cast<int32_t>(
+            static_cast<uint32_t>(static_cast<uint64_t>(a) + static_cast<uint64_t>(b) +
+                                  static_cast<uint64_t>(c) + static_cast<uint64_t>(d)));
+}
+
+// Hands the current parameter block to the algorithm under the instance mutex. Returns the
+// algorithm's status (0 when no algorithm is bound: there is nobody to hand it to).
+inline int32_t CallSetPara(Orlune& o) {
+    if (o.mAlgoSetPara == nullptr) {
+        return 0;
+    }
+    AlgoLock lock(o.mMutex);
+    return o.mAlgoSetPara(reinterpret_cast<void**>(o.mAlgoMemTable), o.mAlgoParamArea, &o.mCurPara,
+                          &o.mCurParaExt);
+}
+
+}  // namespace params
