@@ -13,12 +13,12 @@ constexpr uint32_t kMagic = 0x53544e44u;  // "STND"
 
 // The code that ORLUNE_STANDIN_FAIL asks `entry` to return, or 0.
 int32_t InjectedFault(const char* entry) {
-    const char* spec = getenv("ORLUNE_STANDIN_FAIL");
-    if (spec == nullptr) {
+    const char* faults = getenv("ORLUNE_STANDIN_FAIL");
+    if (faults == nullptr) {
         return 0;
     }
     const size_t len = strlen(entry);
-    for (const char* p = spec; *p != '\0';) {
+    for (const char* p = faults; *p != '\0';) {
         if (strncmp(p, entry, len) == 0 && p[len] == '=') {
             return static_cast<int32_t>(strtol(p + len + 1, nullptr, 10));
         }
