@@ -1,14 +1,70 @@
 // Set-up of an instance for processing: binds the algorithm library, loads the process-wide
-// configuration once, and prepares the algorithm, the pop eliminator and the sample buffers.
+// configuration once, and prepares the algorithm, the pop eliminator, the loud-output
+// detector and the sample buffers.
+#include <limits.h>
 #include <stdlib.h>
 #include <string.h>
 #include <unistd.h>
 
 #include <cutils/properties.h>
+#include <platform/device_fs.h>
 
 #include "effect/LogTags.h"
+#include "effect/PipelineLimits.h"
 #include "effect/orlune.h"
-#include "safe_funcs.h"
+
+namespace {
+
+constexpr const char* kUiTypeNode =
+        "/proc/device-tree/soc/audio_alg_info/audio_capability/kiv_ui_type";
+constexpr int kUiTypeLineBytes = 92;
+
+// The device tree states the UI type the product was built for; the configuration's own
+// value stays in force, a mismatch is only reported.
+void CompareUiType() {
+    char resolved[PATH_MAX] = {};
+    FILE* node = nullptr;
+    if (orlune_platform::DevRealpath(kUiTypeNode, resolved) != nullptr) {
+        node = orlune_platform::DevFopen(resolved, "r");
+    }
+    if (node == nullptr) {
+        ORLUNE_LOGI("open kivUiType failed");
+        return;
+    }
+    char line[kUiTypeLineBytes] = {};
+    if (fgets(line, sizeof(line), node) == nullptr) {
+        ORLUNE_LOGE("read KIV_UI_TYPE_DTSI failed");
+    } else {
+        ORLUNE_LOGI("kivUiType = %s", line);
+        const int deviceUiType = atoi(line);
+        if (deviceUiType != Orlune::gUiType) {
+            ORLUNE_LOGE("xml ui type %d is diff from apk-dtsi ui type %d", Orlune::gUiType,
+                        deviceUiType);
+        }
+    }
+    fclose(node);
+}
+
+// Reads the product's tuning once per process; later instances share the tables.
+void LoadConfigurationOnce() {
+    if (Orlune::gLoadedBinParam) {
+        return;
+    }
+    Orlune::GetProductNameConfig();
+    Orlune::ReadTWS(Orlune::gTwsConfig, 4105);
+    Orlune::ReadSUR(Orlune::gX2BConfig, 1280);
+    Orlune::ReadLPH(Orlune::gLphConfig, 2053);
+    Orlune::ReadTEH(Orlune::gTehConfig, 9600);
+    Orlune::ReadASC1(Orlune::gAscConfig1, 2053);
+    Orlune::ReadASC2(Orlune::gAscConfig2, 4105);
+    Orlune::KivReadConfigFromXML(Orlune::gMusicRegionEnable);
+    Orlune::KivReadConfigTableFromXML(Orlune::gMusicRegionEnable);
+    Orlune::KivInitConfigPointer();
+    Orlune::gLoadedBinParam = true;
+    CompareUiType();
+}
+
+}  // namespace
 
 void Orlune::KivOutProcPlayInit() {
     mIoInfo.frameLength = kAlgoFrame;
@@ -32,8 +88,93 @@ void Orlune::KivOutProcPlayInit() {
 
     char versions[kAlgoVersionBytes] = {};
     if (mAlgoGetVersion(versions) == 0) {
+        // Each text is at most 64 bytes; a library that fills a field completely must not
+        // make the log line read into the next one.
+        versions[63] = '\0';
+        versions[127] = '\0';
         versions[kAlgoVersionBytes - 1] = '\0';
         ORLUNE_LOGI("cgtVersion: %s, releaseVersion: %s, releaseDate: %s", versions, versions + 64,
                     versions + 128);
     }
+
+    LoadConfigurationOnce();
+    mEvents.ClearEvent();
+    ParseVolumeThr();
+    InitPopEliminate();
+    InitKiv(true);
+
+    mLadInfoIn = new android::LadReportInfo();
+    mLadInfoOut = new android::LadReportInfo();
+    mLad.LoadLadProc(1);
+    mLad.LadInfoInit(mLadInfoIn);
+    mLad.LadInfoInit(mLadInfoOut);
+
+    if (gAudiodumpCount != 0) {
+        if (mDumpEnabled != 0) {
+            ORLUNE_LOGI("%s %d: Audio dump has already been enabled", "SetAudioDump", 1752);
+        } else {
+            EnableAudioDump();
+        }
+    }
+}
+
+void Orlune::InitPopEliminate() {
+    const ProcessConfig config = {2, 4, kPopBlockBytes, 0, AUDIO_FORMAT_PCM_32_BIT};
+    mPopElim->CuttingEdgeFadeinoutInit(&config, &mPopHandle, mPopBuffer, mPopCache);
+}
+
+void Orlune::InitKiv(bool resetGuard) {
+    ORLUNE_LOGE("%s, tid:%d", "InitKiv", static_cast<int>(gettid()));
+    mConfigChannelOut = property_get_int32("msc.brisel.config_channel_out", 2);
+    mIoInfo.inChannels = mChannelCount != 0 ? mChannelCount : 2;
+
+    const bool fourOut = mConfigChannelOut == 4 && (mDeviceType == 1 || mDeviceType == 2);
+    mOutChannelCount = fourOut ? 4 : 2;
+    mIoInfo.outChannels = mOutChannelCount;
+    mIoInfo.resetWord = 0;
+
+    if (mAlgoGetSize != nullptr) {
+        int32_t sizes[kAlgoSizeWords] = {};
+        const int32_t ret = mAlgoGetSize(sizes, &mIoInfo);
+        ORLUNE_LOGI("%s: Get size ret = %d, stateSize = %d,%d,%d, scratchSize = %d", "InitKiv", ret,
+                    sizes[0], sizes[1], sizes[2], sizes[3]);
+    }
+    if (mAlgoInit != nullptr) {
+        int32_t ret;
+        {
+            AlgoLock lock(mMutex);
+            ret = mAlgoInit(mAlgoMemTable, mAlgoMemTable + kAlgoMemBanks);
+        }
+        if (ret != 0) {
+            ORLUNE_LOGE("%s: Algorithm orluneInitClass failed! ret = %d", "InitKiv", ret);
+            mEvents.errorCodes.AddErrorCode(ret);
+        }
+    }
+
+    memset(mInputCache, 0, sizeof(mInputCache));
+    memset(mOutputBuffer, 0, sizeof(mOutputBuffer));
+    inBufOffset = 0;
+    mMuteCountdown = 0;
+    mResetRequest = 0;
+    // One algorithm frame of silence for every output channel: the fixed latency.
+    outBufOffset = mOutChannelCount == 4 ? 4 * kAlgoFrame : 2 * kAlgoFrame;
+
+    if (resetGuard) {
+        ringingState = 0;
+    }
+    // The swap fade jumps to its target: no fade is heard across a re-initialisation.
+    if (param5Flag != 0) {
+        mSwapPos = 0;
+        param5Step = -1;
+    } else {
+        mSwapPos = pipeline::kSwapFadeFrames;
+        param5Step = 1;
+    }
+    if (!mHpDefaultsApplied) {
+        HP_MODE = 1;
+        HP_EQ[10] = 100;
+        wiredHeadsetType = kNoHeadsetTypeChange;
+        mHpDefaultsApplied = true;
+    }
+    mPopElim->ClearCachedBuffer(&mPopHandle, static_cast<unsigned>(mPopCacheSize));
 }

@@ -232,6 +232,8 @@ public:
     int32_t mOutChannelCount = 2;
     int32_t mSwapPos = 0;
     int32_t mResetRequest = 0;
+    int32_t mRejectReason = 0;  // why the last block was refused (0: accepted); logged per change
+    int32_t mRejectValue = 0;
 
     // ---- PCM dump -------------------------------------------------------------------------
     uint8_t mDumpEnabled = 0;

@@ -1,0 +1,98 @@
+// One stereo algorithm frame: pop eliminator, loud-output detector taps, the algorithm itself
+// and the start-up output guard, and the loop that feeds whole frames through it.
+#include <audio_utils/format.h>
+
+#include "effect/LogTags.h"
+#include "effect/PipelineLimits.h"
+#include "effect/orlune.h"
+#include "safe_funcs.h"
+
+int32_t* Orlune::PopEliminate(const int* buf, int samples, bool mode) {
+    return mPopElim->CuttingEdgeProcess(&mPopHandle, buf, static_cast<unsigned>(samples) * 4u, mode,
+                                        static_cast<unsigned>(mPopCacheSize));
+}
+
+void Orlune::ProcessFadeInOut(int frameCount) {
+    // A frame that would not fit into the output buffer is treated like an invalid offset: the
+    // design's four-channel bound alone would let the last frames run past the buffer's end.
+    if (!pipeline::OutBufOffsetValid(*this) ||
+        !pipeline::FramesFit(*this, frameCount, mOutChannelCount)) {
+        ORLUNE_LOGE("ProcessFadeInOut outBufOffset is invalid");
+        return;
+    }
+    if (inBufOffset < pipeline::kStereoFrameSamples) {
+        return;
+    }
+    for (int k = 0; k < frameCount; ++k) {
+        memcpy(mIoBuffer, mInputCache + k * pipeline::kStereoFrameSamples,
+               pipeline::kStereoFrameSamples * sizeof(int32_t));
+        KivApply(mOutputBuffer + outBufOffset + k * mOutChannelCount * kAlgoFrame);
+    }
+}
+
+void Orlune::KivApply(int* out) {
+    static const char* const kFn = "KivApply";
+    if (mChannelCount == 2) {
+        bool mode;
+        if (gUiType == 0) {
+            mode = mIoInfo.enable != 0 || HP_MODE == 2;
+        } else {
+            mode = mIoInfo.enable != 0 || hpModeIndex == HP_3D_OFF || hpModeIndex == HP_GAME;
+        }
+        const int32_t* popped = PopEliminate(mIoBuffer, pipeline::kStereoFrameSamples, mode);
+        if (popped != nullptr) {
+            const int ret = memcpy_s(mIoBuffer, sizeof(mIoBuffer), popped, kPopBlockBytes);
+            if (ret != EOK) {
+                ORLUNE_LOGE("%s: memcpy failed, ret = %d", kFn, ret);
+            }
+        }
+    }
+    DumpPcm(mIoBuffer, kAlgoFrame * mIoInfo.inChannels, DUMP_ALGO_IN);
+
+    const bool detect = mDeviceType == 1 && startStreamState == 3;
+    if (detect) {
+        mLad.UpdateProcTime(mLadInfoIn, mLadInfoOut);
+        mLad.SetInputBuffer(mLadInfoIn, mIoBuffer, kAlgoFrame, pipeline::kAlgoSampleRate,
+                            AUDIO_FORMAT_PCM_32_BIT, mIoInfo.inChannels);
+    }
+    int32_t ret;
+    {
+        AlgoLock lock(mMutex);
+        ret = mAlgoApply(mAlgoMemTable, mAlgoMemTable + kAlgoMemBanks, mAlgoParamArea, &mIoInfo);
+    }
+    mEvents.AddAlgoRunTimes();
+    if (detect) {
+        mLad.SetOutputBuffer(mLadInfoOut, mIoBuffer, kAlgoFrame, pipeline::kAlgoSampleRate,
+                             AUDIO_FORMAT_PCM_32_BIT, mIoInfo.outChannels);
+        mLad.CheckBuffer(mLadInfoIn, mLadInfoOut);
+    }
+    if (ret != 0) {
+        ORLUNE_LOGE("%s: Orlune algorithm apply failed, ret = %d", kFn, ret);
+        mEvents.errorCodes.AddErrorCode(ret);
+        return;
+    }
+    DumpPcm(mIoBuffer, kAlgoFrame * mIoInfo.outChannels, DUMP_ALGO_OUT);
+
+    const int oc = mOutChannelCount;
+    const bool sameLayout = oc == 2 || mDeviceType == 1;
+    for (int i = 0; i < kAlgoFrame; ++i) {
+        int* dst = out + i * oc;
+        if (sameLayout) {
+            memcpy(dst, mIoBuffer + i * oc, static_cast<size_t>(oc) * sizeof(int32_t));
+        } else {
+            // Four channels out on a headphone device: the algorithm's stereo pair twice.
+            dst[0] = mIoBuffer[2 * i];
+            dst[1] = mIoBuffer[2 * i + 1];
+            dst[2] = mIoBuffer[2 * i];
+            dst[3] = mIoBuffer[2 * i + 1];
+        }
+        if (mMuteCountdown > 0 && stereoWidenEnable == 1) {
+            if (mMuteArmed == 1 && mIoInfo.enable != 0) {
+                memset(dst, 0, static_cast<size_t>(oc) * sizeof(int32_t));
+            } else if (out[i] < -300 || out[i] > 300) {
+                // Sample i of the destination, not of frame i: kept as the device does it.
+                mMuteArmed = 1;
+            }
+        }
+    }
+}

@@ -1,0 +1,60 @@
+// Constants and small rules shared by the steps of the sample pipeline.
+#pragma once
+
+#include <stdint.h>
+
+#include "effect/orlune.h"
+
+namespace pipeline {
+
+constexpr int kStereoFrameSamples = kAlgoFrame * 2;  // one stereo algorithm frame: 960 samples
+constexpr int kEightChannelFrameSamples = kAlgoFrame * 8;
+constexpr int kTenChannelFrameSamples = kAlgoFrame * 10;
+constexpr int kAlgoSampleRate = 48000;
+constexpr int32_t kSwapFadeFrames = 9600;  // 200 ms at 48 kHz from normal to swapped
+constexpr int32_t kPopClearBytes = 384;
+
+// Largest valid outBufOffset. The stereo bound is deliberately far below the buffer's
+// capacity; neither bound alone keeps a frame write inside the buffer, so the frame loops also
+// check the room that is left (see FrameFits).
+inline int32_t OutBufOffsetBound(int32_t configChannelOut) {
+    return configChannelOut == 4 ? 151676 : 74876;
+}
+
+inline bool OutBufOffsetValid(const Orlune& o) {
+    return o.outBufOffset >= 0 && o.outBufOffset <= OutBufOffsetBound(o.mConfigChannelOut);
+}
+
+// True when `frames` algorithm frames of `channels` output samples each, written from
+// outBufOffset on, stay inside mOutputBuffer.
+inline bool FramesFit(const Orlune& o, int64_t frames, int32_t channels) {
+    return o.outBufOffset >= 0 &&
+           o.outBufOffset + frames * channels * kAlgoFrame <= kOutputBufferSamples;
+}
+
+// With the UI type 0, headphone mode "off" (2) or smart mode chosen in mode 0 turns the
+// algorithm off for the block; the stereo path exempts the loudspeaker.
+inline bool UiRuleDisables(const Orlune& o, bool exemptSpeaker) {
+    if (Orlune::gUiType != 0) {
+        return false;
+    }
+    const bool hpOff = o.HP_MODE == 2 || (o.HP_MODE == 0 && o.HP_SMART_MODE == 1);
+    return hpOff && !(exemptSpeaker && o.mDeviceType == 1);
+}
+
+// Integer part of a volume in dB, truncated toward zero; values no int32 can hold saturate
+// and NaN gives 0, so a host's odd float never reaches an undefined conversion.
+inline int32_t TruncatedVolume(float db) {
+    if (!(db == db)) {
+        return 0;
+    }
+    if (db >= 2147483647.0f) {
+        return INT32_MAX;
+    }
+    if (db <= -2147483648.0f) {
+        return INT32_MIN;
+    }
+    return static_cast<int32_t>(db);
+}
+
+}  // namespace pipeline
