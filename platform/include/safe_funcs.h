@@ -8,6 +8,7 @@
 // fields converted (EOF at end of input).
 #pragma once
 
+#include <stdarg.h>
 #include <stddef.h>
 #include <stdio.h>
 
@@ -24,8 +25,6 @@ int VsprintfS(char* dest, size_t destMax, const char* format, va_list ap);
 int VsnprintfS(char* dest, size_t destMax, size_t count, const char* format, va_list ap);
 int VfscanfS(FILE* stream, const char* format, va_list ap);
 }  // namespace safe_funcs
-
-#include <stdarg.h>
 
 inline int memcpy_s(void* dest, size_t destMax, const void* src, size_t count) {
     return safe_funcs::MemcpyS(dest, destMax, src, count);
