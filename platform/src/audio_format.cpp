@@ -14,7 +14,9 @@ int32_t Load32(const u8* p) {
     memcpy(&v, p, sizeof v);
     return v;
 }
-void Store32(u8* p, int32_t v) { memcpy(p, &v, sizeof v); }
+void Store32(u8* p, int32_t v) {
+    memcpy(p, &v, sizeof v);
+}
 
 int32_t From16(const u8* p) {
     int16_t v;
@@ -61,26 +63,33 @@ using WriteFn = void (*)(u8*, int32_t);
 
 ReadFn Reader(audio_format_t f) {
     switch (f) {
-        case AUDIO_FORMAT_PCM_16_BIT: return From16;
-        case AUDIO_FORMAT_PCM_FLOAT: return FromFloat;
-        case AUDIO_FORMAT_PCM_24_BIT_PACKED: return From24;
-        default: return nullptr;
+        case AUDIO_FORMAT_PCM_16_BIT:
+            return From16;
+        case AUDIO_FORMAT_PCM_FLOAT:
+            return FromFloat;
+        case AUDIO_FORMAT_PCM_24_BIT_PACKED:
+            return From24;
+        default:
+            return nullptr;
     }
 }
 WriteFn Writer(audio_format_t f) {
     switch (f) {
-        case AUDIO_FORMAT_PCM_16_BIT: return To16;
-        case AUDIO_FORMAT_PCM_FLOAT: return ToFloat;
-        case AUDIO_FORMAT_PCM_24_BIT_PACKED: return To24;
-        default: return nullptr;
+        case AUDIO_FORMAT_PCM_16_BIT:
+            return To16;
+        case AUDIO_FORMAT_PCM_FLOAT:
+            return ToFloat;
+        case AUDIO_FORMAT_PCM_24_BIT_PACKED:
+            return To24;
+        default:
+            return nullptr;
     }
 }
 
 }  // namespace
 
-extern "C" __attribute__((visibility("default"))) void memcpy_by_audio_format(
-        void* dst, audio_format_t dst_format, const void* src, audio_format_t src_format,
-        size_t count) {
+extern "C" void memcpy_by_audio_format(void* dst, audio_format_t dst_format, const void* src,
+                                       audio_format_t src_format, size_t count) {
     if (dst == nullptr || src == nullptr || count == 0) {
         return;
     }

@@ -14,6 +14,8 @@ int64_t MonotonicNs() {
     return clock != nullptr ? clock() : systemTime(SYSTEM_TIME_MONOTONIC);
 }
 
-void SetClockForTest(ClockFn clock) { gTestClock.store(clock, std::memory_order_release); }
+void SetClockForTest(ClockFn clock) {
+    gTestClock.store(clock, std::memory_order_release);
+}
 
 }  // namespace orlune_platform

@@ -19,8 +19,7 @@ void CopyCut(char* out, size_t size, const char* text) {
 
 }  // namespace
 
-extern "C" __attribute__((visibility("default"))) DownloadCfgInfo* get_download_cfg_file(
-        const char* dir, const char* file) {
+extern "C" DownloadCfgInfo* get_download_cfg_file(const char* dir, const char* file) {
     using namespace orlune_platform;
     bool fileFound = file != nullptr && DevAccess(file, F_OK) == 0;
     bool dirFound = dir != nullptr && DevAccess(dir, F_OK) == 0;

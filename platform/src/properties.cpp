@@ -58,8 +58,7 @@ int CopyValue(char* out, const char* text) {
 
 extern "C" {
 
-__attribute__((visibility("default"))) int property_get(const char* key, char* value,
-                                                        const char* defaultValue) {
+int property_get(const char* key, char* value, const char* defaultValue) {
     std::string found;
     if (LookUp(key, &found) && !found.empty()) {
         return CopyValue(value, found.c_str());
@@ -67,8 +66,7 @@ __attribute__((visibility("default"))) int property_get(const char* key, char* v
     return CopyValue(value, defaultValue != nullptr ? defaultValue : "");
 }
 
-__attribute__((visibility("default"))) int32_t property_get_int32(const char* key,
-                                                                  int32_t defaultValue) {
+int32_t property_get_int32(const char* key, int32_t defaultValue) {
     char text[PROPERTY_VALUE_MAX];
     if (property_get(key, text, "") == 0) {
         return defaultValue;

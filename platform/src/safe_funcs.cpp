@@ -31,6 +31,7 @@
 #include <safe_mem_lib.h>
 #include <safe_str_lib.h>
 
+#include <limits.h>
 #include <stdarg.h>
 #include <stdio.h>
 #include <string.h>
@@ -56,7 +57,8 @@ int StrncpyS(char* dest, size_t destMax, const char* src, size_t count) {
 }
 
 int VsprintfS(char* dest, size_t destMax, const char* format, va_list ap) {
-    if (dest == nullptr || destMax == 0 || destMax > RSIZE_MAX_STR || format == nullptr) {
+    if (dest == nullptr || destMax == 0 || destMax > static_cast<size_t>(INT_MAX) ||
+        format == nullptr) {
         return -1;
     }
     int n = vsnprintf(dest, destMax, format, ap);
@@ -68,7 +70,8 @@ int VsprintfS(char* dest, size_t destMax, const char* format, va_list ap) {
 }
 
 int VsnprintfS(char* dest, size_t destMax, size_t count, const char* format, va_list ap) {
-    if (dest == nullptr || destMax == 0 || destMax > RSIZE_MAX_STR || format == nullptr) {
+    if (dest == nullptr || destMax == 0 || destMax > static_cast<size_t>(INT_MAX) ||
+        format == nullptr) {
         return -1;
     }
     size_t limit = count < destMax - 1 ? count : destMax - 1;

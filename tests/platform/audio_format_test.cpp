@@ -41,8 +41,8 @@ TEST(PlatformAudioFormat, SixteenBitToAndFrom32) {
     EXPECT_EQ(Convert<int32_t>(std::vector<int16_t>{0, 1, -1, 32767, -32768}, k32, k16),
               (std::vector<int32_t>{0, 0x10000, -0x10000, 0x7fff0000, kMin}));
     // Arithmetic shift: floors, no rounding.
-    EXPECT_EQ(Convert<int16_t>(std::vector<int32_t>{0, kMax, kMin, -1, 0xffff, 0x10000,
-                                                    -0x10000, -0x10001, 0x18000},
+    EXPECT_EQ(Convert<int16_t>(std::vector<int32_t>{0, kMax, kMin, -1, 0xffff, 0x10000, -0x10000,
+                                                    -0x10001, 0x18000},
                                k16, k32),
               (std::vector<int16_t>{0, 32767, -32768, -1, 0, 1, -1, -2, 1}));
 
@@ -59,12 +59,11 @@ TEST(PlatformAudioFormat, FloatTo32ClampsAndRoundsHalfAwayFromZero) {
     EXPECT_EQ(Convert<int32_t>(std::vector<float>{-1.0f, -2.0f, -inf, 1.0f, 1.5f, inf, nan, -nan},
                                k32, kFloat),
               (std::vector<int32_t>{kMin, kMin, kMin, kMax, kMax, kMax, 0, 0}));
-    EXPECT_EQ(Convert<int32_t>(std::vector<float>{0.0f, -0.0f, 0.5f, -0.5f, kStep, -kStep,
-                                                  0.5f * kStep, -0.5f * kStep, 0.25f * kStep,
-                                                  1.5f * kStep, -1.5f * kStep,
-                                                  nextafterf(1.0f, 0.0f),
-                                                  nextafterf(-1.0f, 0.0f)},
-                               k32, kFloat),
+    EXPECT_EQ(Convert<int32_t>(
+                      std::vector<float>{0.0f, -0.0f, 0.5f, -0.5f, kStep, -kStep, 0.5f * kStep,
+                                         -0.5f * kStep, 0.25f * kStep, 1.5f * kStep, -1.5f * kStep,
+                                         nextafterf(1.0f, 0.0f), nextafterf(-1.0f, 0.0f)},
+                      k32, kFloat),
               (std::vector<int32_t>{0, 0, 0x40000000, -0x40000000, 1, -1, 1, -1, 0, 2, -2,
                                     2147483520, -2147483520}));
 }
@@ -142,8 +141,8 @@ TEST(PlatformAudioFormat, InPlaceExpandingAndShrinking) {
 }
 
 TEST(PlatformAudioFormat, SameFormatCopiesExactlyCountSamples) {
-    const audio_format_t formats[] = {k16, AUDIO_FORMAT_PCM_8_BIT, k32,
-                                      AUDIO_FORMAT_PCM_8_24_BIT, kFloat, k24};
+    const audio_format_t formats[] = {
+            k16, AUDIO_FORMAT_PCM_8_BIT, k32, AUDIO_FORMAT_PCM_8_24_BIT, kFloat, k24};
     for (audio_format_t f : formats) {
         size_t bytes = audio_bytes_per_sample(f);
         std::vector<uint8_t> src(8 * bytes);
@@ -163,13 +162,17 @@ TEST(PlatformAudioFormat, SameFormatCopiesExactlyCountSamples) {
 }
 
 TEST(PlatformAudioFormat, PairsWithout32BitOrWith8BitLeaveDstUntouched) {
-    const audio_format_t pairs[][2] = {
-            {k32, AUDIO_FORMAT_PCM_8_BIT},     {AUDIO_FORMAT_PCM_8_BIT, k32},
-            {k32, AUDIO_FORMAT_PCM_8_24_BIT},  {AUDIO_FORMAT_PCM_8_24_BIT, k32},
-            {k16, kFloat},                     {kFloat, k16},
-            {k16, k24},                        {k24, kFloat},
-            {k32, AUDIO_FORMAT_INVALID},       {AUDIO_FORMAT_DEFAULT, k32},
-            {AUDIO_FORMAT_INVALID, AUDIO_FORMAT_INVALID}};
+    const audio_format_t pairs[][2] = {{k32, AUDIO_FORMAT_PCM_8_BIT},
+                                       {AUDIO_FORMAT_PCM_8_BIT, k32},
+                                       {k32, AUDIO_FORMAT_PCM_8_24_BIT},
+                                       {AUDIO_FORMAT_PCM_8_24_BIT, k32},
+                                       {k16, kFloat},
+                                       {kFloat, k16},
+                                       {k16, k24},
+                                       {k24, kFloat},
+                                       {k32, AUDIO_FORMAT_INVALID},
+                                       {AUDIO_FORMAT_DEFAULT, k32},
+                                       {AUDIO_FORMAT_INVALID, AUDIO_FORMAT_INVALID}};
     const std::vector<uint8_t> src(64, 0x11);
     for (const auto& pair : pairs) {
         std::vector<uint8_t> dst(64, 0xab);

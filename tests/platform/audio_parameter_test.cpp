@@ -6,7 +6,9 @@
 namespace android {
 namespace {
 
-std::string Str(const String8& s) { return s.c_str(); }
+std::string Str(const String8& s) {
+    return s.c_str();
+}
 
 std::string Get(const AudioParameter& p, const char* key) {
     String8 value("<untouched>");

@@ -44,18 +44,19 @@ TEST_F(PlatformProperties, DefaultsWithoutVariableFileOrKey) {
 }
 
 TEST_F(PlatformProperties, FileRules) {
-    SetProps("# comment=1\n"
-             "\n"
-             "a=first\n"
-             "#a=commented\n"
-             "ro.x.y=1\n"
-             "a=last\n"
-             "eq=k=v\n"
-             "empty=\n"
-             "spaced = v \n"
-             "noequals\n"
-             "crlf=v\r\n"
-             "tail=no newline");
+    SetProps(
+            "# comment=1\n"
+            "\n"
+            "a=first\n"
+            "#a=commented\n"
+            "ro.x.y=1\n"
+            "a=last\n"
+            "eq=k=v\n"
+            "empty=\n"
+            "spaced = v \n"
+            "noequals\n"
+            "crlf=v\r\n"
+            "tail=no newline");
     EXPECT_EQ(Get("a", "d"), "last");
     EXPECT_EQ(Get("# comment", "d"), "d");
     EXPECT_EQ(Get("#a", "d"), "d");
@@ -83,9 +84,10 @@ TEST_F(PlatformProperties, ValuesAndDefaultsAreCutAt91Characters) {
 }
 
 TEST_F(PlatformProperties, Int32ParsesLikeStrtoimaxBase0) {
-    SetProps("trail=12abc\noctal8=08\nhex=0x10\noctal=010\nneg= -7\nplus=+3\nnegHex=-0x10\n"
-             "max=2147483647\nmin=-2147483648\nover=2147483648\nunder=-2147483649\n"
-             "huge=99999999999999999999999\nletters=abc\nempty=\nblank= \n");
+    SetProps(
+            "trail=12abc\noctal8=08\nhex=0x10\noctal=010\nneg= -7\nplus=+3\nnegHex=-0x10\n"
+            "max=2147483647\nmin=-2147483648\nover=2147483648\nunder=-2147483649\n"
+            "huge=99999999999999999999999\nletters=abc\nempty=\nblank= \n");
     EXPECT_EQ(property_get_int32("trail", -1), 12);
     EXPECT_EQ(property_get_int32("octal8", -1), 0);
     EXPECT_EQ(property_get_int32("hex", -1), 16);

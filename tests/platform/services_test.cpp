@@ -71,7 +71,9 @@ TEST(PlatformTovaView, ReportWritesOneInfoLineWithValuesInPutOrder) {
     EXPECT_EQ(lines[1].message, "report 5");
 }
 
-int64_t FixedClock() { return 123456789; }
+int64_t FixedClock() {
+    return 123456789;
+}
 
 TEST(PlatformClock, MonotonicUnlessATestClockIsInstalled) {
     timespec ts{};
