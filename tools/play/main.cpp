@@ -1,0 +1,256 @@
+// orlune-play: runs audio through the effect library the way the platform's audio path does,
+// for listening, tuning checks and bug reports.
+#include <dirent.h>
+#include <limits.h>
+#include <stdio.h>
+#include <stdlib.h>
+#include <sys/stat.h>
+
+#include <string>
+
+#include "tools/play/EffectLoader.h"
+#include "tools/play/EffectLog.h"
+#include "tools/play/PlayOptions.h"
+#include "tools/play/PlaySession.h"
+
+namespace {
+
+std::string Absolute(const std::string& path) {
+    char resolved[PATH_MAX];
+    return realpath(path.c_str(), resolved) != nullptr ? std::string(resolved) : path;
+}
+
+bool IsDirectory(const std::string& path) {
+    struct stat st;
+    return stat(path.c_str(), &st) == 0 && S_ISDIR(st.st_mode);
+}
+
+// The environment the effect's platform layer reads; must be set before the library loads.
+bool PrepareEnvironment(PlayOptions* o, std::string* error) {
+    if (!o->deviceRoot.empty()) {
+        if (!IsDirectory(o->deviceRoot)) {
+            *error = "device root " + o->deviceRoot + " is not a directory";
+            return false;
+        }
+        o->deviceRoot = Absolute(o->deviceRoot);
+        setenv("ORLUNE_DEVICE_ROOT", o->deviceRoot.c_str(), 1);
+    }
+    if (!o->properties.empty()) {
+        o->properties = Absolute(o->properties);
+        setenv("ORLUNE_PROPERTIES", o->properties.c_str(), 1);
+    } else if (const char* env = getenv("ORLUNE_PROPERTIES")) {
+        o->properties = env;
+    }
+    return true;
+}
+
+LoaderPaths PathsFor(const PlayOptions& o) {
+    LoaderPaths paths = DefaultLoaderPaths();
+    if (!o.effectLib.empty()) {
+        paths.effectLib = o.effectLib;
+    }
+    if (o.noAlgo) {
+        paths.algoLib.clear();
+    } else if (!o.algoLib.empty()) {
+        paths.algoLib = o.algoLib;
+    }
+    if (o.noDetect) {
+        paths.detectLib.clear();
+    } else if (!o.detectLib.empty()) {
+        paths.detectLib = o.detectLib;
+    }
+    return paths;
+}
+
+void PrintAlgorithm(const EffectLogFacts& facts) {
+    if (facts.bound) {
+        printf("algorithm:        bound\n");
+        printf("  compiler:       %s\n", facts.versions[0].c_str());
+        printf("  release:        %s\n", facts.versions[1].c_str());
+        printf("  release date:   %s\n", facts.versions[2].c_str());
+    } else {
+        printf("algorithm:        not bound: every block passes through untouched\n");
+    }
+}
+
+void PrintProblems(const EffectLogFacts& facts) {
+    if (facts.problems.empty()) {
+        return;
+    }
+    printf("warnings and errors logged (first %zu):\n", facts.problems.size());
+    for (const std::string& line : facts.problems) {
+        printf("  %s\n", line.c_str());
+    }
+}
+
+int RunInfo(const PlayOptions& o, const EffectLoader& loader, const LoaderPaths& paths) {
+    PlayEffect* effect = loader.Create();
+    if (effect == nullptr) {
+        fprintf(stderr, "orlune-play: the library created no instance\n");
+        return 3;
+    }
+    effect->KivOutProcPlayInit();
+    const EffectLogFacts& facts = EffectLog::Facts();
+    printf("effect library:   %s\n", Absolute(paths.effectLib).c_str());
+    printf("algorithm lib:    %s\n",
+           loader.AlgoLoaded().empty() ? "none preloaded" : Absolute(loader.AlgoLoaded()).c_str());
+    printf("detector lib:     %s\n", loader.DetectLoaded().empty()
+                                             ? "none preloaded"
+                                             : Absolute(loader.DetectLoaded()).c_str());
+    printf("device root:      %s\n", o.deviceRoot.empty() ? "(real root)" : o.deviceRoot.c_str());
+    printf("properties:       %s\n", o.properties.empty() ? "(none)" : o.properties.c_str());
+    PrintAlgorithm(facts);
+    PrintProblems(facts);
+    loader.Delete(effect);
+    return 0;
+}
+
+// Dump files of the run: the highest-numbered set in the dump directory.
+void PrintDumps(const std::string& root) {
+    const std::string dir = root + "/data/audio_debug";
+    DIR* d = opendir(dir.c_str());
+    if (d == nullptr) {
+        return;
+    }
+    unsigned best = 0;
+    while (const dirent* e = readdir(d)) {
+        unsigned n = 0;
+        char stem[64];
+        if (sscanf(e->d_name, "brisel_%63[a-z_]_%u.pcm", stem, &n) == 2 && n > best) {
+            best = n;
+        }
+    }
+    closedir(d);
+    if (best == 0) {
+        return;
+    }
+    printf("dump files (headerless 32-bit PCM):\n");
+    for (const char* stem : {"handle_in", "algo_in", "algo_out", "handle_out"}) {
+        const std::string path = dir + "/brisel_" + stem + "_" + std::to_string(best) + ".pcm";
+        struct stat st;
+        if (stat(path.c_str(), &st) == 0) {
+            printf("  %s  %lld bytes\n", path.c_str(), static_cast<long long>(st.st_size));
+        }
+    }
+}
+
+void PrintSummary(const PlayOptions& o, const PlayResult& r, const EffectLogFacts& facts) {
+    const double seconds = static_cast<double>(r.inputFrames) / r.rate;
+    printf("%s -> %s\n", o.input.c_str(), o.output.c_str());
+    printf("input:            %.3f s, %d Hz, %d channel(s) in the file\n", seconds, r.rate,
+           r.fileChannels);
+    printf("host blocks:      %lld of %d frames, %s, %d channel layout; output file %d "
+           "channels\n",
+           static_cast<long long>(r.blocks), o.block, HostFormatName(o.format), o.channels,
+           r.outChannels);
+    PrintAlgorithm(facts);
+    if (facts.bound) {
+        int errors = 0;
+        for (const auto& e : facts.applyErrors) {
+            errors += e.second;
+        }
+        // The effect logs no line per algorithm run; every 480 frames fed make one run.
+        printf("algorithm runs:   %lld (one per 480 frames fed), errors: %d",
+               static_cast<long long>(r.framesFed / 480), errors);
+        for (const auto& e : facts.applyErrors) {
+            printf("  [code %d x %d]", e.first, e.second);
+        }
+        printf("\n");
+        printf("initialisations:  %d\n", facts.initialisations);
+    }
+    printf("latency:          %d frames (%.1f ms)%s", r.designedLatency,
+           1000.0 * r.designedLatency / r.rate, o.compensate ? ", removed from the output" : "");
+    if (r.measuredLatency >= 0) {
+        printf("; first sound in the output %lld frames after the input's",
+               static_cast<long long>(r.measuredLatency));
+    }
+    printf("\n");
+    printf("events reported:  %zu\n", facts.events.size());
+    for (const std::string& e : facts.events) {
+        printf("  %s\n", e.c_str());
+    }
+    printf("tuning ids used:  %s\n", facts.tunings.empty() ? "none logged" : "");
+    for (const std::string& t : facts.tunings) {
+        printf("  %s\n", t.c_str());
+    }
+    if (facts.missingTunings > 0) {
+        printf("  %d look-up(s) found no record for the virtual id; the previous tuning stayed "
+               "in force\n",
+               facts.missingTunings);
+    }
+    printf("parameters:\n");
+    for (const std::string& a : r.applied) {
+        printf("  %s\n", a.c_str());
+    }
+    for (const std::string& refusal : facts.refusals) {
+        printf("refused:          %s\n", refusal.c_str());
+    }
+    const double rtf = seconds > 0.0 ? r.processSeconds / seconds : 0.0;
+    printf("processing:       %.1f ms in the effect, real-time factor %.4f",
+           1000.0 * r.processSeconds, rtf);
+    if (rtf > 0.0) {
+        printf(" (%.0fx faster than real time)", 1.0 / rtf);
+    }
+    printf("\n");
+    for (const std::string& n : r.notes) {
+        printf("note:             %s\n", n.c_str());
+    }
+    if (o.dump && !o.deviceRoot.empty()) {
+        PrintDumps(o.deviceRoot);
+    }
+    PrintProblems(facts);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    PlayOptions o;
+    std::string error;
+    if (!ParsePlayOptions(argc, argv, &o, &error)) {
+        fprintf(stderr, "orlune-play: %s\n%s", error.c_str(), kPlayUsage);
+        return 1;
+    }
+    if (o.help) {
+        printf("%s", kPlayUsage);
+        return 0;
+    }
+    if (!o.info && o.deviceRoot.empty()) {
+        fprintf(stderr, "orlune-play: --device-root is required to process audio\n%s", kPlayUsage);
+        return 1;
+    }
+    if (o.dump && o.deviceRoot.empty()) {
+        fprintf(stderr, "orlune-play: --dump needs --device-root\n");
+        return 1;
+    }
+    if (!PrepareEnvironment(&o, &error)) {
+        fprintf(stderr, "orlune-play: %s\n", error.c_str());
+        return 1;
+    }
+    EffectLog::Install(o.log);
+
+    const LoaderPaths paths = PathsFor(o);
+    EffectLoader loader;
+    if (!loader.Open(paths, &error)) {
+        fprintf(stderr, "orlune-play: %s\n", error.c_str());
+        return 3;
+    }
+    if (o.info) {
+        return RunInfo(o, loader, paths);
+    }
+
+    PlayEffect* effect = loader.Create();
+    if (effect == nullptr) {
+        fprintf(stderr, "orlune-play: the library created no instance\n");
+        return 3;
+    }
+    effect->KivOutProcPlayInit();
+    PlayResult result;
+    const bool ok = RunPlay(o, effect, &result, &error);
+    loader.Delete(effect);
+    if (!ok) {
+        fprintf(stderr, "orlune-play: %s\n", error.c_str());
+        return 2;
+    }
+    PrintSummary(o, result, EffectLog::Facts());
+    return 0;
+}
