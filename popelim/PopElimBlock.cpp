@@ -1,0 +1,78 @@
+#include "popelim/PopElimBlock.h"
+
+#include <android/log.h>
+
+#include "effect/LogTags.h"
+#include "popelim/EdgeFade.h"
+#include "popelim/EdgeSearch.h"
+#include "safe_funcs.h"
+
+namespace popelim {
+namespace {
+
+bool CopyOrLog(void* dest, uint32_t destMax, const void* src, uint32_t count) {
+    const int ret = memcpy_s(dest, destMax, src, count);
+    if (ret != EOK) {
+        __android_log_print(ANDROID_LOG_ERROR, kTagPop, "memcpy failed, ret = %d", ret);
+        return false;
+    }
+    return true;
+}
+
+// The output is the input delayed by cacheSize bytes: the cache leads the block and the block's
+// tail is kept for the next one.
+bool DelayThroughCache(ProcessHandle* handle, const uint8_t* input, uint32_t size,
+                       uint32_t bufferBytes) {
+    uint8_t* buffer = reinterpret_cast<uint8_t*>(handle->buffer);
+    const uint32_t cacheSize = handle->cacheSize;
+    // A cache longer than the block or the buffer leaves a negative room; the copy then fails
+    // on its own bounds check and is logged like any other failed copy.
+    const bool fits = cacheSize <= bufferBytes && cacheSize <= size;
+    uint8_t* body = fits ? buffer + cacheSize : buffer;
+    const uint32_t bodyRoom = fits ? bufferBytes - cacheSize : 0;
+    if (!CopyOrLog(body, bodyRoom, input, size - cacheSize)) {
+        return false;
+    }
+    if (!CopyOrLog(buffer, bufferBytes, handle->cache, cacheSize)) {
+        return false;
+    }
+    return CopyOrLog(handle->cache, cacheSize, input + size - cacheSize, cacheSize);
+}
+
+}  // namespace
+
+bool BlockPointersPresent(const ProcessHandle* handle, const void* input) {
+    if (handle == nullptr || input == nullptr || handle->buffer == nullptr ||
+        handle->cache == nullptr) {
+        __android_log_print(ANDROID_LOG_WARN, kTagPop, "Pointer is null");
+        return false;
+    }
+    return true;
+}
+
+int32_t* RunBlock(ProcessHandle* handle, const void* input, uint32_t size, bool enable,
+                  uint32_t bufferBytes) {
+    if (!DelayThroughCache(handle, static_cast<const uint8_t*>(input), size, bufferBytes)) {
+        return nullptr;
+    }
+    DirectSamples samples{handle->buffer};
+    const unsigned channels = handle->channelCount;
+    const uint32_t bufferSamples = bufferBytes / sizeof(int32_t);
+    // The searches span the stored block size, never more frames than the buffer holds.
+    uint32_t frames = FramesIn(*handle, handle->curBufferSize);
+    const uint32_t bufferFrames = channels == 0 ? 0 : bufferSamples / channels;
+    frames = frames < bufferFrames ? frames : bufferFrames;
+    for (unsigned c = 0; c < channels; ++c) {
+        const unsigned rise = FindRaisingEdgeIn(samples, frames, channels, c);
+        if (rise != 0 && enable) {
+            FadeInFrom(samples, *handle, size, rise, c, bufferSamples);
+        }
+        const unsigned fall = FindFallingEdgeIn(samples, frames, channels, c);
+        if (fall != 0 && enable) {
+            FadeOutAt(samples, *handle, size, fall, c, bufferSamples);
+        }
+    }
+    return handle->buffer;
+}
+
+}  // namespace popelim

@@ -1,0 +1,29 @@
+// The steps of one pop-eliminator block that follow the size and rate checks, shared by
+// FallingPopElim and the exported stand-alone functions.
+#pragma once
+
+#include <stdint.h>
+
+#include "popelim/ProcessTypes.h"
+
+namespace popelim {
+
+// Plain access to a work buffer that holds 32-bit samples.
+struct DirectSamples {
+    int32_t* data;
+    int32_t Get(unsigned index) const { return data[index]; }
+    void Set(unsigned index, int32_t value) { data[index] = value; }
+};
+
+// False, after the warning "Pointer is null", when the handle, the input or one of the handle's
+// buffers is missing.
+bool BlockPointersPresent(const ProcessHandle* handle, const void* input);
+
+// Delays the block through the cache into the work buffer, then searches every channel for a
+// raising edge and a falling edge and, when `enable` is set, fades over each one found.
+// `bufferBytes` is the capacity of the work buffer; neither the copies nor the fades write past
+// it. Returns the work buffer, or null when a copy fails.
+int32_t* RunBlock(ProcessHandle* handle, const void* input, uint32_t size, bool enable,
+                  uint32_t bufferBytes);
+
+}  // namespace popelim
