@@ -92,11 +92,11 @@ int VsnprintfS(char* dest, size_t destMax, size_t count, const char* format, va_
 
 namespace {
 
-// Runs `spec` (one conversion or none, then "%n") on the stream. Returns the fscanf result
+// Runs `pattern` (one conversion or none, then "%n") on the stream. Returns the fscanf result
 // and sets *reached when the whole piece matched.
-int ScanPiece(FILE* stream, const std::string& spec, void* target, bool* reached) {
+int ScanPiece(FILE* stream, const std::string& pattern, void* target, bool* reached) {
     int consumed = -1;
-    std::string f = spec + "%n";
+    std::string f = pattern + "%n";
     int r = target != nullptr ? fscanf(stream, f.c_str(), target, &consumed)
                               : fscanf(stream, f.c_str(), &consumed);
     *reached = consumed >= 0;
@@ -105,9 +105,9 @@ int ScanPiece(FILE* stream, const std::string& spec, void* target, bool* reached
 
 // True when the next character would have continued the word that %s or %[set] just read.
 bool WordContinues(FILE* stream, char conversion, const std::string& set) {
-    std::string spec = conversion == 's' ? std::string("%1[^ \t\n\v\f\r]") : "%1" + set;
+    std::string pattern = conversion == 's' ? std::string("%1[^ \t\n\v\f\r]") : "%1" + set;
     char next[2];
-    if (fscanf(stream, spec.c_str(), next) != 1) {
+    if (fscanf(stream, pattern.c_str(), next) != 1) {
         return false;
     }
     ungetc(static_cast<unsigned char>(next[0]), stream);
@@ -175,7 +175,7 @@ int VfscanfS(FILE* stream, const char* format, va_list ap) {
             break;  // malformed, %n, or not supported here: stop where we are
         }
         ++p;
-        std::string spec = literal + "%" + (suppress ? "*" : "");
+        std::string pattern = literal + "%" + (suppress ? "*" : "");
         literal.clear();
         std::string tail = length + (set.empty() ? std::string(1, conversion) : set);
         bool isText = conversion == 's' || conversion == 'c' || conversion == '[';
@@ -183,7 +183,7 @@ int VfscanfS(FILE* stream, const char* format, va_list ap) {
         size_t limit = 0;
         bool checkWord = false;
         if (suppress) {
-            spec += (hasWidth ? std::to_string(width) : "") + tail;
+            pattern += (hasWidth ? std::to_string(width) : "") + tail;
         } else if (isText) {
             if (!length.empty()) {
                 break;  // wide characters are not supported
@@ -208,13 +208,13 @@ int VfscanfS(FILE* stream, const char* format, va_list ap) {
                     break;
                 }
             }
-            spec += std::to_string(limit) + tail;
+            pattern += std::to_string(limit) + tail;
             target = buf;
         } else {
-            spec += (hasWidth ? std::to_string(width) : "") + tail;
+            pattern += (hasWidth ? std::to_string(width) : "") + tail;
             target = va_arg(args, void*);
         }
-        int r = ScanPiece(stream, spec, target, &reached);
+        int r = ScanPiece(stream, pattern, target, &reached);
         if (r == EOF) {
             va_end(args);
             return converted > 0 ? converted : EOF;

@@ -3,6 +3,8 @@
 // stderr logger when destroyed.
 #pragma once
 
+#include <android/log.h>
+
 #include <mutex>
 #include <string>
 #include <vector>
