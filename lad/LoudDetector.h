@@ -12,8 +12,13 @@
 namespace android {
 
 class LoudDetector : public virtual RefBase {
+protected:
+    // Declared before the operations: new virtual functions take their slots in declaration
+    // order, and the two destructors must be slots 0 and 1.
+    ~LoudDetector() override = default;
+
 public:
-    virtual int Init(int type) = 0;                                                  // slot 2
+    virtual int Init(int type) = 0;                                                     // slot 2
     virtual int CheckBuffer(sp<LadReportInfo> first, sp<LadReportInfo> second) = 0;     // 3
     virtual int UpdateProcTime(sp<LadReportInfo> first, sp<LadReportInfo> second) = 0;  // 4
     virtual int StartStream(sp<LadReportInfo> first, sp<LadReportInfo> second) = 0;     // 5
@@ -22,9 +27,6 @@ public:
                                int sampleRate, audio_format_t format, int channels) = 0;  // 7
     virtual int SetOutputBuffer(sp<LadReportInfo> info, const void* samples, int frames,
                                 int sampleRate, audio_format_t format, int channels) = 0;  // 8
-
-protected:
-    ~LoudDetector() override = default;
 };
 
 }  // namespace android

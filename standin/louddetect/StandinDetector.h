@@ -1,0 +1,39 @@
+// Host stand-in of the detection library's detector: measures the peak and RMS level of the
+// buffers it is given (metricA = peak, metricB = RMS, both in dBFS, written to the record passed
+// in) and logs when the output peak exceeds the configured limit.
+#pragma once
+
+#include "lad/LoudDetector.h"
+
+namespace lad_standin {
+
+constexpr const char* kTag = "louddetect_standin";
+
+class StandinDetector : public android::LoudDetector {
+public:
+    StandinDetector() = default;
+    ~StandinDetector() override;
+
+    int Init(int type) override;
+    int CheckBuffer(android::sp<android::LadReportInfo> first,
+                    android::sp<android::LadReportInfo> second) override;
+    int UpdateProcTime(android::sp<android::LadReportInfo> first,
+                       android::sp<android::LadReportInfo> second) override;
+    int StartStream(android::sp<android::LadReportInfo> first,
+                    android::sp<android::LadReportInfo> second) override;
+    int StopStream(android::sp<android::LadReportInfo> first,
+                   android::sp<android::LadReportInfo> second) override;
+    int SetInputBuffer(android::sp<android::LadReportInfo> info, const void* samples, int frames,
+                       int sampleRate, audio_format_t format, int channels) override;
+    int SetOutputBuffer(android::sp<android::LadReportInfo> info, const void* samples, int frames,
+                        int sampleRate, audio_format_t format, int channels) override;
+
+private:
+    int Measure(const android::sp<android::LadReportInfo>& info, const void* samples, int frames,
+                audio_format_t format, int channels, bool output);
+
+    float mLimitDbfs = 0.0f;
+    int mType = -1;
+};
+
+}  // namespace lad_standin
