@@ -1,0 +1,7 @@
+// Which main XML file is read: the local (product, region or generic) file, or a newer
+// over-the-air copy offered by the customisation service.
+#pragma once
+
+// Writes the chosen device path into `out` (kPathBytes) and returns true; returns false, after
+// logging, when there is no file to read.
+bool ChooseMainConfigFile(bool musicRegionEnable, char* out);

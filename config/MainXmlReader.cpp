@@ -1,0 +1,215 @@
+// The main XML configuration: tuning records by real id, the volume thresholds and the
+// headphone-type words. Elements are merged into the process-wide tables; an id that is already
+// present keeps its first record.
+#include <string.h>
+
+#include <platform/device_fs.h>
+
+#include "config/ConfigPaths.h"
+#include "config/MainConfigChoice.h"
+#include "config/TokenList.h"
+#include "config/ValueCountObserver.h"
+#include "config/XmlStream.h"
+#include "effect/LogTags.h"
+#include "effect/orlune.h"
+#include "safe_funcs.h"
+
+namespace {
+
+constexpr int32_t kIdVolumeThr = 30160;
+constexpr int32_t kIdHpTypeFirst = 30181;   // headphone-type words 0..255
+constexpr int32_t kIdHpTypeSecond = 30182;  // headphone-type words 256..287
+constexpr int kHpTypeFirstWords = 256;
+// A record element takes up to this many values; only those within the record are stored.
+constexpr int kRecordValueStep = 512;
+
+struct Fill {
+    int taken;    // values read (stored or dropped)
+    bool ranOut;  // the list ended within the limit
+    int given;    // all values of the list, counted only for the observer
+};
+
+// Reads values from `first` on: at most `limit` of them, of which the first `capacity` are
+// stored word by word into `target` (the bytes of a table or record).
+Fill FillWords(TokenList& tokens, const char* first, unsigned char* target, int capacity,
+               int limit) {
+    Fill fill{0, false, 0};
+    const char* token = first;
+    while (token != nullptr && fill.taken < limit) {
+        if (fill.taken < capacity) {
+            const int16_t value = HexToken(token);
+            memcpy(target + 2 * fill.taken, &value, sizeof(value));
+        }
+        ++fill.taken;
+        token = tokens.Next();
+    }
+    fill.ranOut = token == nullptr;
+    fill.given = fill.taken;
+    if (token != nullptr && GetValueCountObserver() != nullptr) {
+        for (; token != nullptr; token = tokens.Next()) {
+            ++fill.given;
+        }
+    }
+    return fill;
+}
+
+void ReportValueCount(int32_t id, int given, int capacity) {
+    if (ValueCountObserver observer = GetValueCountObserver()) {
+        observer(id, given, capacity);
+    }
+}
+
+void LogNoValues() {
+    ORLUNE_LOGE("StartElement() paramPtr or elem is null, elemNum: %d", 0);
+}
+
+// Ids 30160, 30181 and 30182 fill fixed tables from their first word on.
+void FillFixedTable(int32_t id, TokenList& tokens, const char* first) {
+    int16_t* table = Orlune::gVolumeThrRaw;
+    int capacity = kVolumeThrRawWords;
+    if (id == kIdHpTypeFirst) {
+        table = Orlune::gParameterHpType;
+        capacity = kHpTypeFirstWords;
+    } else if (id == kIdHpTypeSecond) {
+        table = Orlune::gParameterHpType + kHpTypeFirstWords;
+        capacity = kHpTypeWords - kHpTypeFirstWords;
+    }
+    if (first == nullptr) {
+        LogNoValues();
+        ReportValueCount(id, 0, capacity);
+        return;
+    }
+    const Fill fill =
+            FillWords(tokens, first, reinterpret_cast<unsigned char*>(table), capacity, capacity);
+    if (fill.ranOut) {
+        ORLUNE_LOGI("XMLLengthCheck:%d", id);
+    }
+    ReportValueCount(id, fill.given, capacity);
+}
+
+// Any other id: the staging record of its parity takes the values, then a copy of the whole
+// staging record is merged. The staging records are never cleared, so a short list patches only
+// the front of what the previous element of the same parity left.
+void MergeRecord(int32_t id, TokenList& tokens, const char* first) {
+    const bool even = id % 2 == 0;
+    const bool odd = id % 2 == 1;  // a negative odd id has no target
+    unsigned char* target = nullptr;
+    int capacity = 0;
+    if (odd) {
+        target = reinterpret_cast<unsigned char*>(&Orlune::gTempRealParam);
+        capacity = sizeof(AudioOrluneMobilePara) / 2;
+    } else if (even) {
+        target = reinterpret_cast<unsigned char*>(&Orlune::gTempRealParamExt);
+        capacity = sizeof(AudioOrluneMobileParaExt) / 2;
+    }
+    if (target == nullptr || first == nullptr) {
+        LogNoValues();
+        ReportValueCount(id, 0, capacity);
+    } else {
+        const Fill fill = FillWords(tokens, first, target, capacity, kRecordValueStep);
+        if (fill.ranOut) {
+            ORLUNE_LOGI("XMLLengthCheck:%d", id);
+        }
+        ReportValueCount(id, fill.given, capacity);
+    }
+    ORLUNE_LOGI("attrIDValue:%d", id);
+    // emplace never replaces: the first element with an id wins.
+    if (odd) {
+        Orlune::gRealMapTable.emplace(id, Orlune::gTempRealParam);
+    } else if (even) {
+        Orlune::gRealMapTableExt.emplace(id, Orlune::gTempRealParamExt);
+    }
+}
+
+}  // namespace
+
+void Orlune::KivReadConfigFromXML(bool musicRegionEnable) {
+    char path[kPathBytes] = {};
+    if (!ChooseMainConfigFile(musicRegionEnable, path)) {
+        return;
+    }
+    char resolved[kResolvedPathBytes] = {};
+    if (orlune_platform::DevRealpath(path, resolved) == nullptr) {
+        ORLUNE_LOGE("read kiv_config.xml realpath is null");
+        resolved[0] = '\0';
+    }
+    ORLUNE_LOGI("Read orlune config file %s", resolved);
+    FILE* fp = orlune_platform::DevFopen(resolved, "rb");
+    if (fp == nullptr) {
+        return;
+    }
+    ParseConfigXml(fp, StartElement, "KivReadConfigFromXML status error");
+    fclose(fp);
+}
+
+void Orlune::StartElement(void* /*userData*/, const char* name, const char** attrs) {
+    const bool isNv = strcmp(name, "NV") == 0;
+    if (attrs == nullptr || attrs[0] == nullptr) {
+        if (isNv) {
+            ORLUNE_LOGE("StartElement() attrValue is null");
+        }
+        return;
+    }
+    const char* idText = nullptr;
+    const char* valueText = nullptr;
+    for (int i = 0; attrs[i] != nullptr && attrs[i + 1] != nullptr; i += 2) {
+        if (strcmp(attrs[i], "ID") == 0) {
+            idText = attrs[i + 1];
+        } else if (strcmp(attrs[i], "PARAM_VALUE") == 0) {
+            valueText = attrs[i + 1];
+        }
+    }
+    if (!isNv) {
+        return;
+    }
+    if (idText == nullptr) {
+        ORLUNE_LOGE("StartElement() attrValue is null");
+        return;
+    }
+    const int32_t id = IntegerAttr(idText);
+    if (valueText == nullptr) {
+        ORLUNE_LOGE("StartElement() attrValue is null");
+        return;
+    }
+    char value[kXmlValueBufferBytes] = {};
+    if (strcpy_s(value, sizeof(value), valueText) != EOK) {
+        ORLUNE_LOGE("StartElement() strcpy_s fail");
+    }
+    TokenList tokens(value);
+    const char* first = tokens.Next();
+    if (id == kIdVolumeThr || id == kIdHpTypeFirst || id == kIdHpTypeSecond) {
+        FillFixedTable(id, tokens, first);
+    } else {
+        MergeRecord(id, tokens, first);
+    }
+}
+
+void Orlune::EndElement(void* userData, const char* /*name*/) {
+    int32_t* depth = static_cast<int32_t*>(userData);
+    if (depth != nullptr) {
+        --*depth;
+    }
+}
+
+int Orlune::XmlParamParse(char* text, const char* delimiters, int16_t* target, int count) {
+    if (text == nullptr || delimiters == nullptr) {
+        LogNoValues();
+        return 0;
+    }
+    TokenList tokens(text, delimiters);
+    const char* first = tokens.Next();
+    if (target == nullptr || first == nullptr || count < 1) {
+        LogNoValues();
+        return 0;
+    }
+    const Fill fill =
+            FillWords(tokens, first, reinterpret_cast<unsigned char*>(target), count, count);
+    if (fill.ranOut) {
+        ORLUNE_LOGI("XMLLengthCheck:%d", fill.taken);
+    }
+    return fill.taken;
+}
+
+bool Orlune::XMLLengthCheck(int a, int b) {
+    return a == 0 && b < 511;
+}

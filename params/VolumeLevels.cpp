@@ -1,0 +1,68 @@
+// Volume levels: per-scene threshold rows built from the configured raw words, and the rule
+// that turns a stream volume index into one of seven levels.
+#include "effect/LogTags.h"
+#include "effect/orlune.h"
+
+namespace {
+
+// The raw word that starts each scene's row. The last three scenes reuse the rows of GAME,
+// MUSIC and MOVIE.
+constexpr int kRowStart[SCENE_COUNT] = {1, 7, 13, 19, 25, 31, 7, 1, 13};
+
+// The first level whose threshold the index does not exceed; LOUD above the last threshold.
+// The row is not checked for order.
+int LevelFromRow(const int16_t (&row)[kThresholdsPerScene], short index) {
+    for (int i = 0; i < kThresholdsPerScene; ++i) {
+        if (index <= row[i]) {
+            return i;
+        }
+    }
+    return VOL_LOUD;
+}
+
+}  // namespace
+
+void Orlune::ParseVolumeThr() {
+    for (int scene = 0; scene < SCENE_COUNT; ++scene) {
+        VolumeThrToIndex(static_cast<PARAM_INDEX_ZELO_SCENE>(scene),
+                         reinterpret_cast<unsigned short*>(&gVolumeThrRaw[kRowStart[scene]]),
+                         kThresholdsPerScene);
+    }
+    volumeThrSwitch = gVolumeThrRaw[0] != 0;
+}
+
+// A negative raw word becomes threshold 0 and is itself overwritten with -32768, so it stays
+// negative: every row that copies it again logs it again with its own scene.
+void Orlune::VolumeThrToIndex(PARAM_INDEX_ZELO_SCENE scene, unsigned short* raw, int count) {
+    if (count < 1 || raw == nullptr || scene < 0 || scene >= SCENE_COUNT) {
+        return;
+    }
+    const int n = count < kThresholdsPerScene ? count : kThresholdsPerScene;
+    for (int i = 0; i < n; ++i) {
+        const int16_t value = static_cast<int16_t>(raw[i]);
+        if (value < 0) {
+            ORLUNE_LOGE(" %d KivReadConfig volumeThrFixed error", static_cast<int>(scene));
+            volumeThresholds[scene][i] = 0;
+            raw[i] = 0x8000;
+        } else {
+            volumeThresholds[scene][i] = value;
+        }
+    }
+}
+
+void Orlune::VolumeIndexToVolLevel(short index) {
+    if (sceneMode < 0 || sceneMode >= SCENE_COUNT) {
+        return;  // no row for this scene: the level in force stays
+    }
+    const int level = LevelFromRow(volumeThresholds[sceneMode], index);
+    if (level != volumeLevel) {
+        volumeLevel = level;
+    }
+}
+
+void Orlune::VolumeIndexToVolLevelHp(short index) {
+    const int level = LevelFromRow(volumeThresholds[SCENE_MUSIC], index);
+    if (level != hpVolumeLevel) {
+        hpVolumeLevel = level;
+    }
+}

@@ -1,0 +1,174 @@
+#include "tests/support/DeviceRoot.h"
+
+#include <stdio.h>
+#include <stdlib.h>
+#include <sys/stat.h>
+
+#include <filesystem>
+#include <fstream>
+
+#include <gtest/gtest.h>
+
+namespace fs = std::filesystem;
+
+namespace {
+
+void SaveEnv(const char* name, std::string* saved, bool* had) {
+    const char* value = getenv(name);
+    *had = value != nullptr;
+    *saved = value != nullptr ? value : "";
+}
+
+void RestoreEnv(const char* name, const std::string& saved, bool had) {
+    if (had) {
+        setenv(name, saved.c_str(), 1);
+    } else {
+        unsetenv(name);
+    }
+}
+
+}  // namespace
+
+DeviceRoot::DeviceRoot() {
+    const char* tmp = getenv("TMPDIR");
+    std::string pattern =
+            std::string(tmp != nullptr && tmp[0] != '\0' ? tmp : "/tmp") + "/orlune-device-XXXXXX";
+    std::vector<char> buf(pattern.begin(), pattern.end());
+    buf.push_back('\0');
+    if (mkdtemp(buf.data()) == nullptr) {
+        ADD_FAILURE() << "mkdtemp failed for " << pattern;
+        return;
+    }
+    mRoot = fs::canonical(buf.data()).string();
+    // The properties file lives beside the device tree, not inside it.
+    mProperties = mRoot + "/.properties";
+    std::ofstream(mProperties).flush();
+    fs::create_directories(mRoot + "/device");
+    mRoot += "/device";
+
+    SaveEnv("ORLUNE_DEVICE_ROOT", &mSavedRoot, &mHadRoot);
+    SaveEnv("ORLUNE_PROPERTIES", &mSavedProperties, &mHadProperties);
+    setenv("ORLUNE_DEVICE_ROOT", mRoot.c_str(), 1);
+    setenv("ORLUNE_PROPERTIES", mProperties.c_str(), 1);
+}
+
+DeviceRoot::~DeviceRoot() {
+    RestoreEnv("ORLUNE_DEVICE_ROOT", mSavedRoot, mHadRoot);
+    RestoreEnv("ORLUNE_PROPERTIES", mSavedProperties, mHadProperties);
+    if (!mRoot.empty()) {
+        std::error_code ec;
+        fs::remove_all(fs::path(mRoot).parent_path(), ec);
+    }
+}
+
+std::string DeviceRoot::HostPath(const std::string& devicePath) const {
+    return devicePath.empty() || devicePath[0] != '/' ? mRoot + "/" + devicePath
+                                                      : mRoot + devicePath;
+}
+
+void DeviceRoot::WriteFile(const std::string& devicePath, const std::string& content) const {
+    const fs::path host = HostPath(devicePath);
+    fs::create_directories(host.parent_path());
+    std::ofstream out(host, std::ios::binary | std::ios::trunc);
+    out << content;
+    if (!out) {
+        ADD_FAILURE() << "cannot write " << host;
+    }
+}
+
+void DeviceRoot::WriteKiv(const std::string& name, const std::string& content) const {
+    WriteFile("/odm/etc/kiv/" + name, content);
+}
+
+void DeviceRoot::WriteTable(const std::string& name, size_t values) const {
+    std::vector<int16_t> data(values);
+    for (size_t i = 0; i < values; ++i) {
+        data[i] = static_cast<int16_t>(static_cast<uint16_t>(i + 1));
+    }
+    WriteTableValues(name, data);
+}
+
+void DeviceRoot::WriteTableValues(const std::string& name,
+                                  const std::vector<int16_t>& values) const {
+    std::string bytes(values.size() * 2, '\0');
+    for (size_t i = 0; i < values.size(); ++i) {
+        const uint16_t v = static_cast<uint16_t>(values[i]);
+        bytes[2 * i] = static_cast<char>(v & 0xff);  // the device's byte order: little-endian
+        bytes[2 * i + 1] = static_cast<char>(v >> 8);
+    }
+    WriteKiv(name, bytes);
+}
+
+void DeviceRoot::SetVersionText(const std::string& content) const {
+    WriteKiv("version.txt", content);
+}
+
+void DeviceRoot::SetProductNode(int node, const std::string& text) const {
+    WriteFile(node == 0 ? "/proc/device-tree/soc/audio_alg_info/product_name"
+                        : "/proc/device-tree/audio_hw_config/product_name",
+              text);
+}
+
+void DeviceRoot::SetUiTypeNode(const std::string& text) const {
+    WriteFile("/proc/device-tree/soc/audio_alg_info/audio_capability/kiv_ui_type", text);
+}
+
+void DeviceRoot::SetOta(const std::string& xml, const std::string& version) const {
+    WriteFile("/soundalgorithm/kiv_config.xml", xml);
+    WriteFile("/soundalgorithm/cfg_version", version + "\n");
+}
+
+void DeviceRoot::SetOtaDirOnly() const {
+    fs::create_directories(HostPath("/soundalgorithm"));
+}
+
+void DeviceRoot::SetProperty(const std::string& key, const std::string& value) const {
+    std::ofstream out(mProperties, std::ios::app);
+    out << key << "=" << value << "\n";
+}
+
+void DeviceRoot::Remove(const std::string& devicePath) const {
+    std::error_code ec;
+    fs::remove_all(HostPath(devicePath), ec);
+}
+
+void DeviceRoot::Chmod(const std::string& devicePath, mode_t mode) const {
+    chmod(HostPath(devicePath).c_str(), mode);
+}
+
+void DeviceRoot::CopyTree(const std::string& hostDir) const {
+    std::error_code ec;
+    fs::copy(hostDir, mRoot, fs::copy_options::recursive | fs::copy_options::overwrite_existing,
+             ec);
+    if (ec) {
+        ADD_FAILURE() << "cannot copy " << hostDir << ": " << ec.message();
+    }
+}
+
+std::string NvRecord(int32_t id, const std::vector<int>& values) {
+    std::string text;
+    char word[16];
+    for (size_t i = 0; i < values.size(); ++i) {
+        snprintf(word, sizeof(word), "%s0x%x", i == 0 ? "" : ",",
+                 static_cast<unsigned>(values[i]) & 0xffffu);
+        text += word;
+    }
+    return "<NV ID=\"" + std::to_string(id) + "\" PARAM_VALUE=\"" + text + "\"/>";
+}
+
+std::string NvRaw(const std::string& id, const std::string& paramValue) {
+    return "<NV ID=\"" + id + "\" PARAM_VALUE=\"" + paramValue + "\"/>";
+}
+
+std::string NvMap(int32_t numId, int32_t id, int32_t extId) {
+    return "<NV NUMID=\"" + std::to_string(numId) + "\" ID=\"" + std::to_string(id) +
+           "\" EXTID=\"" + std::to_string(extId) + "\"/>";
+}
+
+std::string XmlDocument(const std::vector<std::string>& elements) {
+    std::string out = "<?xml version=\"1.0\" encoding=\"utf-8\"?>\n<config>\n";
+    for (const std::string& e : elements) {
+        out += "  " + e + "\n";
+    }
+    return out + "</config>\n";
+}
