@@ -44,6 +44,9 @@ private:
 }  // namespace
 
 LoudAbnormalDetecter::LoudAbnormalDetecter() {
+    // The bridge lives inline in the effect instance and is destroyed directly, never through
+    // a strong pointer. With a weak lifetime RefBase frees its counter block in that case too.
+    extendObjectLifetime(OBJECT_LIFETIME_WEAK);
     pthread_mutex_init(&mLock, nullptr);
 }
 

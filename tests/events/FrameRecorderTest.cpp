@@ -169,14 +169,6 @@ TEST_F(FrameRecorderTest, HeadphoneReportsLowBandAgainstTheRest) {
     }
 }
 
-TEST_F(FrameRecorderTest, NewHeadphoneRecorderHasModeFive) {
-    HpFrameRecorder hp;
-    SpkFrameRecorder spk;
-    EXPECT_EQ(hp.mode, 5);
-    EXPECT_EQ(spk.mode, 0);
-    EXPECT_EQ(hp.totalFrames, 0u);
-}
-
 TEST_F(FrameRecorderTest, SpeakerClearFrameEmptiesEverything) {
     SpkFrameRecorder spk;
     spk.RecordFrames(15, kThresholds);

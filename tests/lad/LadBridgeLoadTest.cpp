@@ -15,16 +15,6 @@ constexpr const char* kStandinTag = "louddetect_standin";
 
 class LadBridgeLoadTest : public LadTestRoot {};
 
-TEST_F(LadBridgeLoadTest, NewBridgeIsUnloaded) {
-    LoudAbnormalDetecter lad;
-    EXPECT_FALSE(lad.mLoaded);
-    EXPECT_EQ(lad.mVendorLadLibHandle, nullptr);
-    EXPECT_EQ(lad.mGetLadInstance, nullptr);
-    EXPECT_EQ(lad.mDeleteLadInstance, nullptr);
-    EXPECT_EQ(lad.mLad, nullptr);
-    EXPECT_EQ(lad.LadDeinit(), 0);
-}
-
 TEST_F(LadBridgeLoadTest, TypesOutsideZeroToThreeAreRefused) {
     Preload(kStandinLad);
     LogCapture log;

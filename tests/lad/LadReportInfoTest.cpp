@@ -12,18 +12,6 @@ using android::LoudAbnormalDetecter;
 using android::sp;
 using android::String8;
 
-TEST(LadReportInfoTest, NewRecordIsZeroWithEmptyStrings) {
-    sp<LadReportInfo> info = new LadReportInfo();
-    const uint8_t* bytes = info->data;
-    for (size_t i = 0; i < sizeof info->data; ++i) {
-        ASSERT_EQ(bytes[i], 0) << "data byte " << i;
-    }
-    EXPECT_EQ(info->playAppName.length(), 0u);
-    EXPECT_EQ(info->text0.length(), 0u);
-    EXPECT_EQ(info->volumeIndex, 0);
-    EXPECT_EQ(info->appSwitchTime, 0);
-}
-
 TEST(LadReportInfoTest, InfoInitClearsBothFlagsOnly) {
     LoudAbnormalDetecter lad;
     sp<LadReportInfo> info = new LadReportInfo();
