@@ -3,6 +3,7 @@
 // fall-backs when a mode is not configured.
 #include <algorithm>
 #include <string>
+#include <utility>
 
 #include "effect/LogTags.h"
 #include "tests/params/ParamsFixture.h"
@@ -109,27 +110,20 @@ TEST_F(HeadphoneModesTest, ModesBeyondSixteenFallBackToOff) {
 
 TEST_F(HeadphoneModesTest, RangeSettersFallBackAsymmetrically) {
     o->SetMultiMovieMode(10);
-    EXPECT_EQ(o->hpModeIndex, HP_3D_FRONT);
-    EXPECT_EQ(o->hpMultiKind, MULTI_MOVIE_MODE);
+    EXPECT_EQ(std::make_pair(o->hpModeIndex, o->hpMultiKind), std::make_pair(2, 2));
+    // The two upper ranges ignore a value outside them ...
     o->SetMultiMovieMode(13);
     o->SetMultiMode9(12);
-    EXPECT_EQ(o->hpModeIndex, HP_3D_FRONT);
-    EXPECT_EQ(o->hpMultiKind, MULTI_MOVIE_MODE);
+    EXPECT_EQ(std::make_pair(o->hpModeIndex, o->hpMultiKind), std::make_pair(2, 2));
     o->SetMultiMode9(16);
-    EXPECT_EQ(o->hpModeIndex, HP_3D_GRAND);
-    EXPECT_EQ(o->hpMultiKind, MULTI_MODE9);
-
+    EXPECT_EQ(std::make_pair(o->hpModeIndex, o->hpMultiKind), std::make_pair(4, 3));
+    // ... the two lower ones fall back to 3D off.
     o->SetMultiMode(4);
-    EXPECT_EQ(o->hpModeIndex, HP_3D_OFF);
-    EXPECT_EQ(o->hpMultiKind, DEFAULT_MODE);
+    EXPECT_EQ(std::make_pair(o->hpModeIndex, o->hpMultiKind), std::make_pair(0, 0));
     o->SetMultiMode(5);
-    EXPECT_EQ(o->hpModeIndex, HP_3D_LISTEN);
-    EXPECT_EQ(o->hpMultiKind, MULTI_MODE);
+    EXPECT_EQ(std::make_pair(o->hpModeIndex, o->hpMultiKind), std::make_pair(1, 1));
     o->SetNormalMode(5);
-    EXPECT_EQ(o->hpModeIndex, HP_3D_OFF);
-    EXPECT_EQ(o->hpMultiKind, DEFAULT_MODE);
-    o->SetNormalMode(4);
-    EXPECT_EQ(o->hpModeIndex, HP_3D_GRAND);
+    EXPECT_EQ(std::make_pair(o->hpModeIndex, o->hpMultiKind), std::make_pair(0, 0));
 }
 
 TEST_F(HeadphoneModesTest, HostOffRecordsTheIndexInForceBeforeUpdatingIt) {
