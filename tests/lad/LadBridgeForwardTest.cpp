@@ -74,7 +74,7 @@ TEST_F(LadBridgeForwardTest, OutputBufferIsMeasuredIntoTheOutputRecord) {
               0);
     EXPECT_NEAR(out->metricA, -24.0824f, 1e-3f);
     EXPECT_EQ(DataOf(out).outputBlocks, 1u);
-    EXPECT_EQ(DataOf(out).inputBlocks, 0u);
+    EXPECT_EQ(DataOf(out).inputBlocks + DataOf(in).outputBlocks, 0u);
     EXPECT_EQ(in->metricA, 0.0f);
 }
 
@@ -133,15 +133,6 @@ TEST_F(LadBridgeForwardTest, ProcTimeAndStreamCallsReachTheirSlots) {
     EXPECT_EQ(log.Count("stream stop", kStandinTag), 1);
     EXPECT_EQ(DataOf(in).procTimeUpdates, 1u);
     EXPECT_EQ(DataOf(in).inputBlocks + DataOf(in).outputBlocks, 0u);
-}
-
-TEST_F(LadBridgeForwardTest, BridgeKeepsNoReferenceToTheRecords) {
-    std::vector<int32_t> samples = Constant(1 << 20);
-    lad.SetInputBuffer(in, samples.data(), kFrames, 48000, AUDIO_FORMAT_PCM_32_BIT, kChannels);
-    lad.SetStartStream(in, out);
-    lad.CheckBuffer(in, out);
-    EXPECT_EQ(in->getStrongCount(), 1);
-    EXPECT_EQ(out->getStrongCount(), 1);
 }
 
 // The detection library is called by slot number, so check the numbering itself: operations
