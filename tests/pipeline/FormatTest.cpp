@@ -8,7 +8,7 @@
 namespace {
 
 std::vector<int32_t> ExpectedStereo(const std::vector<int32_t>& in32) {
-    return Delayed(StandinStereo(Delayed(in32, kPopDelayFrames, 2), true, 2), kAlgoFrame, 2);
+    return Delayed(StandinStereo(Delayed(in32, kPopDelayFrames, 2), true, 2), kFrame, 2);
 }
 
 std::vector<uint8_t> Bytes(const std::vector<uint8_t>& all, int bytesPerFrame, int from,

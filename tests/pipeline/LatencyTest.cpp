@@ -12,7 +12,7 @@ constexpr audio_format_t kS16 = AUDIO_FORMAT_PCM_16_BIT;
 // What the stereo path must return for `in32` (already as the effect sees it in 32-bit).
 std::vector<int32_t> ExpectedStereo(const std::vector<int32_t>& in32, bool enable) {
     const std::vector<int32_t> popped = Delayed(in32, kPopDelayFrames, 2);
-    return Delayed(StandinStereo(popped, enable, 2), kAlgoFrame, 2);
+    return Delayed(StandinStereo(popped, enable, 2), kFrame, 2);
 }
 
 TEST(PipelineLatencyTest, QuarterFrameBlocksReturnSilenceUntilTheFirstFrameIsThrough) {

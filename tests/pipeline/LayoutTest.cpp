@@ -52,7 +52,7 @@ TEST(PipelineLayoutTest, EightAndTenChannelsFoldToStereoWithOneFrameOfLatency) {
             const std::vector<int32_t> in = Noise32(480 * 5, channels, channels + block);
             const std::vector<int32_t> out = RunS16(host, in, block, channels, 2);
             const std::vector<int32_t> want =
-                    As16(Delayed(StandinFold(As16(in), channels, true), kAlgoFrame, 2));
+                    As16(Delayed(StandinFold(As16(in), channels, true), kFrame, 2));
             EXPECT_EQ(out, FrameSlice(want, 2, 0, 480 * 5));
         }
     }
@@ -84,8 +84,8 @@ TEST(PipelineLayoutTest, FourChannelLayoutReadsTwoChannelsAndWritesFour) {
     PipelineHost b(options);
     EXPECT_EQ(RunS16(b, in, 480, 4, 4, 0xee), out);
 
-    const std::vector<int32_t> want = As16(
-            Delayed(StandinStereo(Delayed(As16(in), kPopDelayFrames, 2), true, 4), kAlgoFrame, 4));
+    const std::vector<int32_t> want =
+            As16(Delayed(StandinStereo(Delayed(As16(in), kPopDelayFrames, 2), true, 4), kFrame, 4));
     EXPECT_EQ(FrameSlice(out, 4, 0, 528), Zeros(528, 4));
     EXPECT_EQ(FrameSlice(out, 4, 960, 480 * 4), FrameSlice(want, 4, 960, 480 * 4));
 }

@@ -119,7 +119,7 @@ std::vector<int32_t> Noise32(int frames, int channels, uint32_t seed) {
 }
 
 std::vector<int32_t> StandinStereo(const std::vector<int32_t>& in, bool enable, int outChannels) {
-    const size_t frames = in.size() / 2 / kAlgoFrame * kAlgoFrame;
+    const size_t frames = in.size() / 2 / kFrame * kFrame;
     std::vector<int32_t> out(frames * outChannels);
     for (size_t i = 0; i < frames; ++i) {
         int32_t l, r;
@@ -135,7 +135,7 @@ std::vector<int32_t> StandinStereo(const std::vector<int32_t>& in, bool enable, 
 }
 
 std::vector<int32_t> StandinFold(const std::vector<int32_t>& in, int inChannels, bool enable) {
-    const size_t frames = in.size() / inChannels / kAlgoFrame * kAlgoFrame;
+    const size_t frames = in.size() / inChannels / kFrame * kFrame;
     const int half = inChannels / 2;
     std::vector<int32_t> out(frames * 2);
     for (size_t i = 0; i < frames; ++i) {

@@ -17,7 +17,7 @@
 // The tuning that the test device gives the loudspeaker: gain 1.5, stereo width 1.25.
 constexpr int kGainOffsetQ12 = 2048;
 constexpr int kWidthOffsetQ12 = 1024;
-constexpr int kAlgoFrame = 480;
+constexpr int kFrame = 480;  // frames per algorithm run
 constexpr int kPopDelayFrames = 48;
 
 // Writes a main and an extended record carrying the tuning and maps every loudspeaker

@@ -33,7 +33,7 @@ std::vector<int32_t> Faded(const std::vector<int32_t>& in, PosFn pos, bool swapW
 }
 
 std::vector<int32_t> ThroughPipeline(const std::vector<int32_t>& in32) {
-    return Delayed(StandinStereo(Delayed(in32, kPopDelayFrames, 2), true, 2), kAlgoFrame, 2);
+    return Delayed(StandinStereo(Delayed(in32, kPopDelayFrames, 2), true, 2), kFrame, 2);
 }
 
 std::string Query(PipelineHost& host) {
@@ -114,7 +114,7 @@ TEST(PipelineSwapTest, FourChannelSwapReversesTheChannelsWithoutAFadeAfterInitia
     const std::vector<int32_t> in = As16(Noise32(480 * 4, 2, 7));
     const std::vector<int32_t> out = To32(host.Run(FromInt32(in, kS16), 480, 4, kS16, 4), kS16);
     std::vector<int32_t> want =
-            As16(Delayed(StandinStereo(Delayed(in, kPopDelayFrames, 2), true, 4), kAlgoFrame, 4));
+            As16(Delayed(StandinStereo(Delayed(in, kPopDelayFrames, 2), true, 4), kFrame, 4));
     for (size_t f = 0; f < want.size() / 4; ++f) {
         std::swap(want[4 * f], want[4 * f + 3]);
         std::swap(want[4 * f + 1], want[4 * f + 2]);
