@@ -1,0 +1,46 @@
+// The UI type of the virtual-map XML against the device tree's, as the effect's set-up compares
+// them.
+#include <stdlib.h>
+
+#include <string>
+
+#include <platform/device_fs.h>
+
+#include "config/ConfigPaths.h"
+#include "effect/orlune.h"
+#include "tools/config/Inspections.h"
+
+namespace {
+
+const char kUiTypeNode[] = "/proc/device-tree/soc/audio_alg_info/audio_capability/kiv_ui_type";
+
+}  // namespace
+
+void InspectUiType(ConfigReport* r) {
+    r->uiTypeXml = Orlune::gUiType;
+    char resolved[kResolvedPathBytes] = {};
+    if (orlune_platform::DevRealpath(kUiTypeNode, resolved) == nullptr) {
+        r->Add(Severity::Info, "ui_type", std::string("no ") + kUiTypeNode + " node to compare");
+        return;
+    }
+    FILE* fp = orlune_platform::DevFopen(resolved, "r");
+    if (fp == nullptr) {
+        r->Add(Severity::Info, "ui_type", std::string(kUiTypeNode) + " cannot be opened");
+        return;
+    }
+    char line[92] = {};
+    const bool read = fgets(line, sizeof(line), fp) != nullptr;
+    fclose(fp);
+    if (!read) {
+        r->Add(Severity::Warning, "ui_type", std::string(kUiTypeNode) + " is empty");
+        return;
+    }
+    r->uiTypeNodePresent = true;
+    r->uiTypeNode = atoi(line);
+    if (r->uiTypeNode != r->uiTypeXml) {
+        r->Add(Severity::Error, "ui_type_mismatch",
+               "UI type " + std::to_string(r->uiTypeXml) +
+                       " of the virtual-map XML differs from the device tree's " +
+                       std::to_string(r->uiTypeNode) + " (the XML value stays in force)");
+    }
+}
