@@ -1,14 +1,14 @@
 // The linear fades that soften a found edge, shared by FallingPopElim and the exported
-// stand-alone functions.
+// stand-alone functions. They work on one channel through a view of ChannelSamples.h.
 //
-// `Samples` reads and writes interleaved samples: `int32_t Get(unsigned index) const` and
-// `void Set(unsigned index, int32_t value)`. Products are 64-bit and divisions truncate toward
-// zero, so k × s cannot overflow.
+// Products are 64-bit, so k × s cannot overflow, and the divisions truncate toward zero. Writes
+// stop at `writable` frames, the end of the work buffer; a ramp cut short there keeps its slope.
 #pragma once
 
 #include <stdint.h>
 
 #include "popelim/ProcessTypes.h"
+#include "popelim/RampDivider.h"
 
 namespace popelim {
 
@@ -16,6 +16,14 @@ namespace popelim {
 inline uint32_t FramesIn(const ProcessHandle& handle, uint32_t bytes) {
     const uint64_t frameBytes = static_cast<uint64_t>(handle.bitDepth) * handle.channelCount;
     return frameBytes == 0 ? 0 : static_cast<uint32_t>(bytes / frameBytes);
+}
+
+// Frames of `channel` that lie inside a buffer of `bufferSamples` interleaved samples.
+inline uint32_t WritableFrames(uint32_t bufferSamples, unsigned channels, unsigned channel) {
+    if (channels == 0 || channel >= channels || channel >= bufferSamples) {
+        return 0;
+    }
+    return (bufferSamples - channel + channels - 1) / channels;
 }
 
 // Where a fade that starts at `pos` ends. The ramp runs to the block's end unless the frames
@@ -29,57 +37,43 @@ inline uint64_t FadeEnd(uint32_t blockFrames, uint32_t curBufferSize, uint32_t p
     return blockFrames;
 }
 
-// Number of leading frames of `channel` that lie inside a buffer of `bufferSamples` samples.
-inline uint64_t WritableFrames(uint32_t bufferSamples, unsigned channels, unsigned channel) {
-    if (channels == 0 || channel >= bufferSamples) {
-        return 0;
-    }
-    return (static_cast<uint64_t>(bufferSamples) - channel + channels - 1) / channels;
-}
-
-// Gain k / n for the frames pos + k of the ramp [pos, end), n = end - pos; the ramp keeps its
-// slope when `bufferSamples` cuts it short, only the writes past the buffer are dropped.
+// Gain k / n on frame pos + k of the ramp [pos, end), n = end - pos.
 template <class Samples>
-void RampUp(Samples& samples, uint64_t pos, uint64_t end, unsigned channels, unsigned channel,
-            uint32_t bufferSamples) {
+void RampUp(Samples& samples, uint64_t pos, uint64_t end, uint32_t writable) {
     if (end <= pos) {
         return;
     }
-    const int64_t n = static_cast<int64_t>(end - pos);
-    const uint64_t writable = WritableFrames(bufferSamples, channels, channel);
+    const RampDivider n(static_cast<int64_t>(end - pos));
     const uint64_t stop = end < writable ? end : writable;
     for (uint64_t frame = pos; frame < stop; ++frame) {
-        const unsigned index = static_cast<unsigned>(channel + frame * channels);
         const int64_t k = static_cast<int64_t>(frame - pos);
-        samples.Set(index, static_cast<int32_t>(k * samples.Get(index) / n));
+        const unsigned f = static_cast<unsigned>(frame);
+        samples.Set(f, static_cast<int32_t>(n.Divide(k * samples.Get(f))));
     }
 }
 
-// Fade-in of `channel` from frame `pos`; `blockBytes` is the size of the block being processed.
+// Fade-in from frame `pos`; `blockBytes` is the size of the block being processed.
 template <class Samples>
 void FadeInFrom(Samples& samples, const ProcessHandle& handle, uint32_t blockBytes, uint32_t pos,
-                unsigned channel, uint32_t bufferSamples) {
+                uint32_t writable) {
     const uint32_t blockFrames = FramesIn(handle, blockBytes);
-    RampUp(samples, pos, FadeEnd(blockFrames, handle.curBufferSize, pos), handle.channelCount,
-           channel, bufferSamples);
+    RampUp(samples, pos, FadeEnd(blockFrames, handle.curBufferSize, pos), writable);
 }
 
-// V-shaped fade of `channel` with its bottom at frame `pos`: the gain falls from 1 toward
-// 1 / pos over the frames before the edge, then rises from 0 as in FadeInFrom.
+// V-shaped fade with its bottom at frame `pos`: the gain falls from 1 toward 1 / pos over the
+// frames before the edge, then rises from 0 as in FadeInFrom.
 template <class Samples>
 void FadeOutAt(Samples& samples, const ProcessHandle& handle, uint32_t blockBytes, uint32_t pos,
-               unsigned channel, uint32_t bufferSamples) {
+               uint32_t writable) {
     if (pos != 0) {
-        const unsigned channels = handle.channelCount;
-        const uint64_t writable = WritableFrames(bufferSamples, channels, channel);
-        const uint64_t stop = pos < writable ? pos : writable;
-        for (uint64_t frame = 0; frame < stop; ++frame) {
-            const unsigned index = static_cast<unsigned>(channel + frame * channels);
-            const int64_t s = samples.Get(index);
-            samples.Set(index, static_cast<int32_t>(s - static_cast<int64_t>(frame) * s / pos));
+        const RampDivider q(pos);
+        const uint32_t stop = pos < writable ? pos : writable;
+        for (uint32_t frame = 0; frame < stop; ++frame) {
+            const int64_t s = samples.Get(frame);
+            samples.Set(frame, static_cast<int32_t>(s - q.Divide(frame * s)));
         }
     }
-    FadeInFrom(samples, handle, blockBytes, pos, channel, bufferSamples);
+    FadeInFrom(samples, handle, blockBytes, pos, writable);
 }
 
 }  // namespace popelim

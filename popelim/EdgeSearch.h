@@ -1,8 +1,10 @@
 // The raising- and falling-edge searches of the pop eliminator, shared by FallingPopElim and the
 // exported stand-alone functions so that the two cannot drift apart.
 //
-// `Samples` reads interleaved samples: `int32_t Get(unsigned index) const`. The searches judge
-// each sample by its 16-bit level and log what they find with the pop eliminator's tag.
+// Each search reads one channel through a view of ChannelSamples.h, judges each sample by its
+// 16-bit level and logs what it finds with the pop eliminator's tag (`channel` is only logged).
+// The idle stretches (loud signal while seeking silence, silence while waiting for its end, no
+// drop while waiting for one) are passed over four frames at a time in a stereo buffer.
 #pragma once
 
 #include <android/log.h>
@@ -10,6 +12,8 @@
 #include <stdlib.h>
 
 #include "effect/LogTags.h"
+#include "popelim/ChannelSamples.h"
+#include "popelim/StereoScan.h"
 
 namespace popelim {
 
@@ -18,60 +22,120 @@ inline int SampleLevel(int32_t sample) {
     return sample / 65536;
 }
 
+// |level| < 10, that is |sample| < 10 * 65536.
+inline bool IsQuietSample(int32_t sample) {
+    return static_cast<uint32_t>(sample + 655359) < 1310719u;
+}
+
 // Onset out of near-silence: a level five times the previous one that moved by more than 100.
 inline bool IsOnset(int cur, int prev) {
     return abs(cur) > 5 * abs(prev) && (abs(cur - prev) > 100 || abs(cur + prev) > 100);
 }
 
-// Frames 1 to frames - 1 of `channel` are searched for an onset after at least ten quiet frames
+// A drop of at least 101 to below a tenth of the previous level (|cur| < |prev / 10| is
+// 10 * |cur| + 10 <= |prev| for integers).
+inline bool IsDrop(int32_t prevSample, int32_t curSample) {
+    const int prev = abs(SampleLevel(prevSample));
+    const int cur = abs(SampleLevel(curSample));
+    return 10 * cur + 10 <= prev && prev - cur >= 101;
+}
+
+// The tests that the searches skip over idle stretches with. Each judges a frame by its sample
+// and the one before it, and can judge four stereo frames at once (see StereoScan.h).
+struct QuietTest {
+    bool operator()(int32_t, int32_t cur) const { return IsQuietSample(cur); }
+    static unsigned Skip(const int32_t* data, unsigned from, unsigned frames) {
+        return SkipUntilQuietIs(data, from, frames, true);
+    }
+};
+struct LoudTest {
+    bool operator()(int32_t, int32_t cur) const { return !IsQuietSample(cur); }
+    static unsigned Skip(const int32_t* data, unsigned from, unsigned frames) {
+        return SkipUntilQuietIs(data, from, frames, false);
+    }
+};
+struct DropTest {
+    bool operator()(int32_t prev, int32_t cur) const { return IsDrop(prev, cur); }
+    static unsigned Skip(const int32_t* data, unsigned from, unsigned frames) {
+        return SkipUntilDrop(data, from, frames);
+    }
+};
+
+// First frame from `from` (>= 1) to `frames` - 1 that passes `test`, or `frames`.
+template <class Samples, class Test>
+unsigned FirstFrameWhere(const Samples& samples, unsigned from, unsigned frames, Test test) {
+    unsigned i = from;
+    while (i < frames && !test(samples.Get(i - 1), samples.Get(i))) {
+        ++i;
+    }
+    return i;
+}
+
+// The same for a stereo channel, which passes over idle frames four at a time first.
+template <class Test>
+unsigned FirstFrameWhere(const FixedStrideSamples<2>& samples, unsigned from, unsigned frames,
+                         Test test) {
+    unsigned i = Test::Skip(samples.data, from, frames);
+    while (i < frames && !test(samples.Get(i - 1), samples.Get(i))) {
+        ++i;
+    }
+    return i;
+}
+
+// Frames 1 to frames - 1 are searched for an onset after at least ten quiet frames
 // (|level| <= 9). An onset that is not steep enough becomes a candidate; it is reported when a
 // steep rise (twice its running peak) follows within 13 frames. Returns the frame, 0 = none.
 template <class Samples>
-unsigned FindRaisingEdgeIn(const Samples& samples, unsigned frames, unsigned channels,
-                           unsigned channel) {
+unsigned FindRaisingEdgeIn(const Samples& samples, unsigned frames, unsigned channel) {
     enum class State { kSeek, kQuiet, kConfirm };
     State state = State::kSeek;
     int quietCount = 0;
     int peak = 0;
     int countdown = 0;
     unsigned candidate = 0;
-    int prev = frames < 2 ? 0 : SampleLevel(samples.Get(channel));
-    for (unsigned i = 1; i < frames; ++i) {
-        const int cur = SampleLevel(samples.Get(channel + i * channels));
+    unsigned i = 1;
+    while (i < frames) {
+        if (state == State::kSeek) {
+            i = FirstFrameWhere(samples, i, frames, QuietTest());
+            if (i >= frames) {
+                break;
+            }
+            // The first quiet frame counts as 2: a count of 11 is ten quiet frames.
+            quietCount = 2;
+            state = State::kQuiet;
+            ++i;
+            continue;
+        }
+        if (state == State::kQuiet) {
+            const unsigned loud = FirstFrameWhere(samples, i, frames, LoudTest());
+            quietCount += static_cast<int>(loud - i);
+            i = loud;
+            if (i >= frames) {
+                break;
+            }
+        }
+        const int cur = SampleLevel(samples.Get(i));
+        const int prev = SampleLevel(samples.Get(i - 1));
         const int level = abs(cur);
         unsigned found = 0;
-        switch (state) {
-            case State::kSeek:
-                if (level < 10) {
-                    // The first quiet frame counts as 2: a count of 11 is ten quiet frames.
-                    quietCount = 2;
-                    state = State::kQuiet;
-                }
-                break;
-            case State::kQuiet:
-                if (level <= 9) {
-                    ++quietCount;
-                } else if (quietCount < 11) {
-                    state = State::kSeek;
-                } else if (IsOnset(cur, prev)) {
-                    found = i;
-                } else {
-                    candidate = i;
-                    peak = level;
-                    countdown = 13;
-                    state = State::kConfirm;
-                }
-                break;
-            case State::kConfirm:
-                if (countdown >= 1 && level < 2 * peak) {
-                    peak = level > peak ? level : peak;
-                    --countdown;
-                } else if (IsOnset(cur, prev)) {
-                    found = candidate;
-                } else {
-                    state = State::kSeek;
-                }
-                break;
+        if (state == State::kQuiet) {
+            if (quietCount < 11) {
+                state = State::kSeek;
+            } else if (IsOnset(cur, prev)) {
+                found = i;
+            } else {
+                candidate = i;
+                peak = level;
+                countdown = 13;
+                state = State::kConfirm;
+            }
+        } else if (countdown >= 1 && level < 2 * peak) {
+            peak = level > peak ? level : peak;
+            --countdown;
+        } else if (IsOnset(cur, prev)) {
+            found = candidate;
+        } else {
+            state = State::kSeek;
         }
         if (found != 0) {
             __android_log_print(ANDROID_LOG_INFO, kTagPop,
@@ -79,46 +143,44 @@ unsigned FindRaisingEdgeIn(const Samples& samples, unsigned frames, unsigned cha
                                 cur, static_cast<int>(channel));
             return found;
         }
-        prev = cur;
+        ++i;
     }
     return 0;
 }
 
-// Frames 1 to frames - 1 of `channel` are searched for a drop of more than 100 to below a tenth
-// of the previous level that stays below that tenth for 48 frames, or for 11 to 47 frames that
-// run into the last frame. Returns the frame of the drop, 0 = none.
+// Frames 1 to frames - 1 are searched for a drop of more than 100 to below a tenth of the
+// previous level that stays below that tenth for 48 frames, or for 11 to 47 frames that run into
+// the last frame. Returns the frame of the drop, 0 = none.
 template <class Samples>
-unsigned FindFallingEdgeIn(const Samples& samples, unsigned frames, unsigned channels,
-                           unsigned channel) {
+unsigned FindFallingEdgeIn(const Samples& samples, unsigned frames, unsigned channel) {
     bool tracking = false;
     int lowCount = 0;
     unsigned position = 0;
     int reference = 0;
-    int prev = frames < 2 ? 0 : SampleLevel(samples.Get(channel));
     for (unsigned i = 1; i < frames; ++i) {
-        const int cur = SampleLevel(samples.Get(channel + i * channels));
-        if (!tracking && abs(cur) < abs(prev / 10) && abs(abs(cur) - abs(prev)) >= 101) {
+        if (!tracking) {
+            i = FirstFrameWhere(samples, i, frames, DropTest());
+            if (i >= frames) {
+                break;
+            }
             tracking = true;
             position = i;
-            reference = prev;
+            reference = SampleLevel(samples.Get(i - 1));
         }
-        if (tracking) {
-            if (abs(cur) < abs(reference / 10)) {
-                ++lowCount;
-            } else {
-                lowCount = 0;
-                tracking = false;
-            }
-            const unsigned span = i - position;
-            if ((lowCount >= 11 && i == frames - 1 && span < 48) ||
-                (lowCount >= 48 && span <= 479)) {
-                __android_log_print(ANDROID_LOG_INFO, kTagPop,
-                                    "falling edge fade out, pos = %u, value = %d, channel = %d",
-                                    position, reference, static_cast<int>(channel));
-                return position;
-            }
+        if (abs(SampleLevel(samples.Get(i))) < abs(reference / 10)) {
+            ++lowCount;
+        } else {
+            // The next frame is judged as a possible drop again.
+            lowCount = 0;
+            tracking = false;
         }
-        prev = cur;
+        const unsigned span = i - position;
+        if ((lowCount >= 11 && i == frames - 1 && span < 48) || (lowCount >= 48 && span <= 479)) {
+            __android_log_print(ANDROID_LOG_INFO, kTagPop,
+                                "falling edge fade out, pos = %u, value = %d, channel = %d",
+                                position, reference, static_cast<int>(channel));
+            return position;
+        }
     }
     return 0;
 }

@@ -17,17 +17,23 @@ constexpr uint32_t kInitialSampleRate = 48000;
 constexpr uint32_t kMaxConfigBufferSize = kPopBlockBytes;
 constexpr int32_t kFormatPcm32 = AUDIO_FORMAT_PCM_32_BIT;
 
-// The searches and fades reached through the public members read and write through the
-// format-checking accessors, as any caller of those members would.
+// One channel for the searches and fades reached through the public members, which read and
+// write through the format-checking accessors as any caller of those members would.
 struct CheckedSamples {
     FallingPopElim* elim;
     ProcessHandle* handle;
-    int32_t Get(unsigned index) const { return elim->GetSampleValue(handle, index); }
-    void Set(unsigned index, int32_t value) { elim->SetSampleValue(handle, index, value); }
+    unsigned channel;
+    unsigned Index(unsigned frame) const { return channel + frame * handle->channelCount; }
+    int32_t Get(unsigned frame) const { return elim->GetSampleValue(handle, Index(frame)); }
+    void Set(unsigned frame, int32_t value) { elim->SetSampleValue(handle, Index(frame), value); }
 };
 
 uint32_t BufferSamples(const ProcessHandle& handle) {
     return handle.maxBufferSize / sizeof(int32_t);
+}
+
+uint32_t Writable(const ProcessHandle& handle, unsigned channel) {
+    return popelim::WritableFrames(BufferSamples(handle), handle.channelCount, channel);
 }
 
 }  // namespace
@@ -161,16 +167,15 @@ unsigned FallingPopElim::FindRaisingEdge(ProcessHandle* handle, unsigned channel
         return 0;
     }
     const uint32_t frames = popelim::FramesIn(*handle, handle->curBufferSize);
-    return popelim::FindRaisingEdgeIn(CheckedSamples{this, handle}, frames, handle->channelCount,
-                                      channel);
+    return popelim::FindRaisingEdgeIn(CheckedSamples{this, handle, channel}, frames, channel);
 }
 
 void FallingPopElim::FadeIn(ProcessHandle* handle, unsigned size, unsigned pos, unsigned channel) {
     if (handle == nullptr) {
         return;
     }
-    CheckedSamples samples{this, handle};
-    popelim::FadeInFrom(samples, *handle, size, pos, channel, BufferSamples(*handle));
+    CheckedSamples samples{this, handle, channel};
+    popelim::FadeInFrom(samples, *handle, size, pos, Writable(*handle, channel));
 }
 
 unsigned FallingPopElim::FindFallingEdge(ProcessHandle* handle, unsigned channel) {
@@ -178,16 +183,15 @@ unsigned FallingPopElim::FindFallingEdge(ProcessHandle* handle, unsigned channel
         return 0;
     }
     const uint32_t frames = popelim::FramesIn(*handle, handle->curBufferSize);
-    return popelim::FindFallingEdgeIn(CheckedSamples{this, handle}, frames, handle->channelCount,
-                                      channel);
+    return popelim::FindFallingEdgeIn(CheckedSamples{this, handle, channel}, frames, channel);
 }
 
 void FallingPopElim::FadeOut(ProcessHandle* handle, unsigned size, unsigned pos, unsigned channel) {
     if (handle == nullptr) {
         return;
     }
-    CheckedSamples samples{this, handle};
-    popelim::FadeOutAt(samples, *handle, size, pos, channel, BufferSamples(*handle));
+    CheckedSamples samples{this, handle, channel};
+    popelim::FadeOutAt(samples, *handle, size, pos, Writable(*handle, channel));
 }
 
 int32_t* FallingPopElim::CuttingEdgeProcess(ProcessHandle* handle, const void* input, unsigned size,

@@ -3,6 +3,7 @@
 #include <android/log.h>
 
 #include "effect/LogTags.h"
+#include "popelim/ChannelSamples.h"
 #include "popelim/EdgeFade.h"
 #include "popelim/EdgeSearch.h"
 #include "safe_funcs.h"
@@ -39,6 +40,20 @@ bool DelayThroughCache(ProcessHandle* handle, const uint8_t* input, uint32_t siz
     return CopyOrLog(handle->cache, cacheSize, input + size - cacheSize, cacheSize);
 }
 
+// A raising edge is faded in, then the falling-edge search runs on the block as that left it.
+template <class Samples>
+void SearchAndFade(Samples& samples, const ProcessHandle& handle, uint32_t size, bool enable,
+                   uint32_t frames, unsigned channel, uint32_t writable) {
+    const unsigned rise = FindRaisingEdgeIn(samples, frames, channel);
+    if (rise != 0 && enable) {
+        FadeInFrom(samples, handle, size, rise, writable);
+    }
+    const unsigned fall = FindFallingEdgeIn(samples, frames, channel);
+    if (fall != 0 && enable) {
+        FadeOutAt(samples, handle, size, fall, writable);
+    }
+}
+
 }  // namespace
 
 bool BlockPointersPresent(const ProcessHandle* handle, const void* input) {
@@ -55,7 +70,6 @@ int32_t* RunBlock(ProcessHandle* handle, const void* input, uint32_t size, bool 
     if (!DelayThroughCache(handle, static_cast<const uint8_t*>(input), size, bufferBytes)) {
         return nullptr;
     }
-    DirectSamples samples{handle->buffer};
     const unsigned channels = handle->channelCount;
     const uint32_t bufferSamples = bufferBytes / sizeof(int32_t);
     // The searches span the stored block size, never more frames than the buffer holds.
@@ -63,13 +77,13 @@ int32_t* RunBlock(ProcessHandle* handle, const void* input, uint32_t size, bool 
     const uint32_t bufferFrames = channels == 0 ? 0 : bufferSamples / channels;
     frames = frames < bufferFrames ? frames : bufferFrames;
     for (unsigned c = 0; c < channels; ++c) {
-        const unsigned rise = FindRaisingEdgeIn(samples, frames, channels, c);
-        if (rise != 0 && enable) {
-            FadeInFrom(samples, *handle, size, rise, c, bufferSamples);
-        }
-        const unsigned fall = FindFallingEdgeIn(samples, frames, channels, c);
-        if (fall != 0 && enable) {
-            FadeOutAt(samples, *handle, size, fall, c, bufferSamples);
+        const uint32_t writable = WritableFrames(bufferSamples, channels, c);
+        if (channels == 2) {
+            FixedStrideSamples<2> samples{handle->buffer + c};
+            SearchAndFade(samples, *handle, size, enable, frames, c, writable);
+        } else {
+            ChannelSamples samples{handle->buffer + c, channels};
+            SearchAndFade(samples, *handle, size, enable, frames, c, writable);
         }
     }
     return handle->buffer;

@@ -8,13 +8,6 @@
 
 namespace popelim {
 
-// Plain access to a work buffer that holds 32-bit samples.
-struct DirectSamples {
-    int32_t* data;
-    int32_t Get(unsigned index) const { return data[index]; }
-    void Set(unsigned index, int32_t value) { data[index] = value; }
-};
-
 // False, after the warning "Pointer is null", when the handle, the input or one of the handle's
 // buffers is missing.
 bool BlockPointersPresent(const ProcessHandle* handle, const void* input);
