@@ -1,6 +1,6 @@
 // One stereo algorithm frame: pop eliminator, loud-output detector taps, the algorithm itself
 // and the start-up output guard, and the loop that feeds whole frames through it.
-#include <audio_utils/format.h>
+#include <string.h>
 
 #include "effect/LogTags.h"
 #include "effect/PipelineLimits.h"
@@ -75,6 +75,11 @@ void Orlune::KivApply(int* out) {
 
     const int oc = mOutChannelCount;
     const bool sameLayout = oc == 2 || mDeviceType == 1;
+    const bool guard = mMuteCountdown > 0 && stereoWidenEnable == 1;
+    if (sameLayout && !guard) {
+        memcpy(out, mIoBuffer, static_cast<size_t>(oc) * kAlgoFrame * sizeof(int32_t));
+        return;
+    }
     for (int i = 0; i < kAlgoFrame; ++i) {
         int* dst = out + i * oc;
         if (sameLayout) {
@@ -86,7 +91,7 @@ void Orlune::KivApply(int* out) {
             dst[2] = mIoBuffer[2 * i];
             dst[3] = mIoBuffer[2 * i + 1];
         }
-        if (mMuteCountdown > 0 && stereoWidenEnable == 1) {
+        if (guard) {
             if (mMuteArmed == 1 && mIoInfo.enable != 0) {
                 memset(dst, 0, static_cast<size_t>(oc) * sizeof(int32_t));
             } else if (out[i] < -300 || out[i] > 300) {
