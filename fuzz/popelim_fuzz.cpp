@@ -1,0 +1,141 @@
+// Random configurations, blocks, sizes and handle edits through FallingPopElim and the exported
+// stand-alone functions. Besides the sanitizers' findings it stops on a processed block that is
+// not the work buffer, and on a fast stereo scan that disagrees with the frame-by-frame search.
+#include <android/log.h>
+#include <fuzzer/FuzzedDataProvider.h>
+#include <stdint.h>
+#include <stdlib.h>
+
+#include <vector>
+
+#include "popelim/CuttingEdge.h"
+#include "popelim/EdgeSearch.h"
+#include "popelim/FallingPopElim.h"
+
+namespace {
+
+void DropLine(const __android_logger_data*, const char*) {}
+
+ProcessConfig ConsumeConfig(FuzzedDataProvider& in) {
+    ProcessConfig config;
+    config.channelCount = in.ConsumeBool() ? in.ConsumeIntegral<uint32_t>() : 2 - in.ConsumeBool();
+    config.bitDepth = in.ConsumeBool() ? in.ConsumeIntegral<uint32_t>() : 4;
+    config.bufferSize = in.ConsumeBool() ? in.ConsumeIntegralInRange<uint32_t>(0, 4000) : 3840;
+    config.outputType = in.ConsumeIntegral<int32_t>();
+    config.format = in.ConsumeBool() ? in.ConsumeIntegral<int32_t>() : 3;
+    return config;
+}
+
+unsigned ConsumeSize(FuzzedDataProvider& in) {
+    switch (in.ConsumeIntegralInRange(0, 3)) {
+        case 0:
+            return 3840;
+        case 1:
+            return 1536;
+        case 2:
+            return in.ConsumeIntegralInRange<unsigned>(0, 4096);
+        default:
+            return in.ConsumeIntegral<unsigned>();
+    }
+}
+
+// A block of exactly `size` bytes (a token one for absurd sizes, which must be refused unread)
+// made of runs of levels, so that both kinds of edge turn up.
+std::vector<int32_t> ConsumeBlock(FuzzedDataProvider& in, unsigned size) {
+    std::vector<int32_t> block(size <= 16384 ? (size + 3) / 4 : 4, 0);
+    size_t i = 0;
+    while (i < block.size() && in.remaining_bytes() > 0) {
+        const size_t run = in.ConsumeIntegralInRange<size_t>(1, 128);
+        const int32_t level = in.ConsumeIntegral<int16_t>();
+        const int32_t low = in.ConsumeIntegral<uint16_t>();
+        for (size_t k = 0; k < run && i < block.size(); ++k, ++i) {
+            block[i] = static_cast<int32_t>(static_cast<uint32_t>(level) << 16) | low;
+        }
+    }
+    return block;
+}
+
+// The fast scans of the processing path must agree with the plain frame-by-frame searches.
+void CheckScans(int32_t* buffer, unsigned frames) {
+    for (unsigned c = 0; c < 2; ++c) {
+        const popelim::FixedStrideSamples<2> fast{buffer + c};
+        const popelim::ChannelSamples plain{buffer + c, 2};
+        if (popelim::FindRaisingEdgeIn(fast, frames, c) !=
+                    popelim::FindRaisingEdgeIn(plain, frames, c) ||
+            popelim::FindFallingEdgeIn(fast, frames, c) !=
+                    popelim::FindFallingEdgeIn(plain, frames, c)) {
+            abort();
+        }
+    }
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+    __android_log_set_logger(DropLine);
+    FuzzedDataProvider in(data, size);
+
+    static FallingPopElim elim;
+    static ProcessHandle classHandle;
+    static int32_t classBuffer[kPopBlockBytes / 4];
+    static uint8_t classCache[kPopCacheBytes];
+    classHandle = ProcessHandle{};
+    const ProcessConfig classConfig = ConsumeConfig(in);
+    elim.CuttingEdgeFadeinoutInit(&classConfig, &classHandle, classBuffer, classCache);
+    const ProcessConfig sharedConfig = ConsumeConfig(in);
+    ProcessHandle* shared = CuttingEdgeFadeinoutInit(&sharedConfig);
+
+    while (in.remaining_bytes() > 0) {
+        const bool useClass = in.ConsumeBool();
+        switch (in.ConsumeIntegralInRange(0, 4)) {
+            case 0: {
+                const unsigned bytes = ConsumeSize(in);
+                const bool enable = in.ConsumeBool();
+                const unsigned clearSize = in.ConsumeIntegralInRange<unsigned>(0, kPopCacheBytes);
+                const std::vector<int32_t> block = ConsumeBlock(in, bytes);
+                int32_t* out = useClass ? elim.CuttingEdgeProcess(&classHandle, block.data(), bytes,
+                                                                  enable, clearSize)
+                                        : CuttingEdgeProcess(shared, block.data(), bytes, enable);
+                ProcessHandle* h = useClass ? &classHandle : shared;
+                if (out != nullptr && (h == nullptr || out != h->buffer)) {
+                    abort();
+                }
+                break;
+            }
+            case 1:
+                if (useClass) {
+                    elim.ClearCachedBuffer(&classHandle,
+                                           in.ConsumeIntegralInRange<unsigned>(0, kPopCacheBytes));
+                } else {
+                    ClearCachedBuffer(shared);
+                }
+                break;
+            case 2:
+                // Another rate makes the next accepted block reset the cache.
+                if (useClass) {
+                    classHandle.sampleRate = in.ConsumeIntegral<uint32_t>();
+                } else if (shared != nullptr) {
+                    shared->sampleRate = in.ConsumeIntegral<uint32_t>();
+                }
+                break;
+            case 3: {
+                // The class's members called on their own, with any position and channel.
+                const unsigned channel = in.ConsumeIntegralInRange<unsigned>(0, 3);
+                const unsigned bytes = ConsumeSize(in);
+                const unsigned pos = in.ConsumeIntegralInRange<unsigned>(0, 1000);
+                elim.FindRaisingEdge(&classHandle, channel);
+                elim.FindFallingEdge(&classHandle, channel);
+                if (in.ConsumeBool()) {
+                    elim.FadeIn(&classHandle, bytes, pos, channel);
+                } else {
+                    elim.FadeOut(&classHandle, bytes, pos, channel);
+                }
+                break;
+            }
+            default:
+                CheckScans(classBuffer, in.ConsumeIntegralInRange<unsigned>(0, kPopBlockBytes / 8));
+                break;
+        }
+    }
+    return 0;
+}
