@@ -1,0 +1,221 @@
+// Drives the sample pipeline with arbitrary sequences of block shapes (frame counts, channel
+// layouts, sample formats, including those outside the host contract) and parameter changes.
+// Every host buffer is allocated at exactly the size the host contract gives it, so a write
+// past it is caught.
+#include <stdint.h>
+#include <stdlib.h>
+#include <string.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <android/log.h>
+#include <system/audio.h>
+
+#include "effect/orlune.h"
+
+namespace {
+
+// An algorithm that keeps the frame as it is, widened or folded to the layout it is asked
+// for, and fails on request, touching only what the real one may touch.
+int32_t gApplyResult = 0;
+
+int32_t FuzzInit(void**, void**) {
+    return 0;
+}
+int32_t FuzzApply(void**, void**, void*, KivIoInfo* io) {
+    int32_t* buf = io->inBuf;
+    const int in = io->inChannels;
+    if (in == 2 && io->outChannels == 4) {
+        for (int i = io->frameLength - 1; i >= 0; --i) {
+            buf[4 * i + 3] = buf[2 * i + 1];
+            buf[4 * i + 2] = buf[2 * i];
+            buf[4 * i + 1] = buf[2 * i + 1];
+            buf[4 * i] = buf[2 * i];
+        }
+    } else if (in > 2) {
+        for (int i = 0; i < io->frameLength; ++i) {
+            buf[2 * i] = buf[i * in];
+            buf[2 * i + 1] = buf[i * in + 1];
+        }
+    }
+    return gApplyResult;
+}
+int32_t FuzzSetPara(void**, void*, const AudioOrluneMobilePara*, const AudioOrluneMobileParaExt*) {
+    return 0;
+}
+int32_t FuzzGetPara(void**, void*, AudioOrluneMobilePara*, AudioOrluneMobileParaExt*) {
+    return 0;
+}
+int32_t FuzzGetVersion(char* versions) {
+    memcpy(versions, "fuzz", 5);
+    return 0;
+}
+int32_t FuzzGetSize(int32_t* sizes, KivIoInfo*) {
+    sizes[0] = 0;
+    return 0;
+}
+
+// A private device root with a dump directory and a properties file the fuzzer rewrites.
+struct Device {
+    std::string root;
+    std::string properties;
+    Device() {
+        char pattern[] = "/tmp/orlune-pipeline-fuzz-XXXXXX";
+        const char* dir = mkdtemp(pattern);
+        root = dir != nullptr ? dir : "/tmp";
+        mkdir((root + "/data").c_str(), 0755);
+        mkdir((root + "/data/audio_debug").c_str(), 0755);
+        properties = root + "/properties";
+        setenv("ORLUNE_DEVICE_ROOT", root.c_str(), 1);
+        setenv("ORLUNE_PROPERTIES", properties.c_str(), 1);
+        SetChannelOut(2);
+    }
+    void SetChannelOut(int value) const {
+        FILE* f = fopen(properties.c_str(), "w");
+        if (f != nullptr) {
+            fprintf(f, "msc.brisel.config_channel_out=%d\n", value);
+            fclose(f);
+        }
+    }
+};
+
+const Device& TheDevice() {
+    static const Device device;
+    return device;
+}
+
+void InstallTuning() {
+    for (int level = 0; level <= 6; ++level) {
+        Orlune::gVituralMapTable[4000 + level] = RealParamIdStru{41, 42};
+    }
+    Orlune::gRealMapTable[41] = AudioOrluneMobilePara{};
+    Orlune::gRealMapTableExt[42] = AudioOrluneMobileParaExt{};
+}
+
+class Reader {
+public:
+    Reader(const uint8_t* data, size_t size) : mData(data), mSize(size) {}
+    bool Empty() const { return mPos >= mSize; }
+    uint8_t Byte() { return mPos < mSize ? mData[mPos++] : 0; }
+    uint16_t U16() { return static_cast<uint16_t>(Byte() | (Byte() << 8)); }
+    uint32_t U32() { return static_cast<uint32_t>(U16()) | (static_cast<uint32_t>(U16()) << 16); }
+    // Copies up to `n` bytes into `out` and fills the rest with a pattern.
+    void Fill(uint8_t* out, size_t n) {
+        for (size_t i = 0; i < n; ++i) {
+            out[i] = mPos < mSize ? mData[mPos++] : static_cast<uint8_t>(i * 37);
+        }
+    }
+
+private:
+    const uint8_t* mData;
+    size_t mSize;
+    size_t mPos = 0;
+};
+
+constexpr int kChannels[] = {2, 4, 6, 8, 10, 1, 3, 0, 12, -2};
+constexpr audio_format_t kFormats[] = {
+        AUDIO_FORMAT_PCM_16_BIT,        AUDIO_FORMAT_PCM_32_BIT, AUDIO_FORMAT_PCM_FLOAT,
+        AUDIO_FORMAT_PCM_24_BIT_PACKED, AUDIO_FORMAT_PCM_8_BIT,  AUDIO_FORMAT_PCM_8_24_BIT,
+        static_cast<audio_format_t>(7), AUDIO_FORMAT_DEFAULT,
+};
+constexpr size_t kMaxFramesPerInput = 200000;
+
+// Bytes the host's buffer holds for a block of this shape: room for four channels with the
+// four-channel layout, otherwise the block's own channels.
+size_t HostBytes(int frames, int channels, audio_format_t format) {
+    if (frames <= 0 || channels <= 0) {
+        return 1;
+    }
+    const size_t bytes = audio_bytes_per_sample(format) != 0 ? audio_bytes_per_sample(format) : 1;
+    return static_cast<size_t>(frames) * static_cast<size_t>(channels == 4 ? 4 : channels) * bytes;
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+    static bool quiet = [] {
+        __android_log_set_minimum_priority(ANDROID_LOG_SILENT);
+        return true;
+    }();
+    (void)quiet;
+    const Device& device = TheDevice();
+    device.SetChannelOut(2);
+    InstallTuning();
+    gApplyResult = 0;
+
+    std::unique_ptr<Orlune> o(new Orlune());
+    o->mAlgoInit = FuzzInit;
+    o->mAlgoApply = FuzzApply;
+    o->mAlgoSetPara = FuzzSetPara;
+    o->mAlgoGetPara = FuzzGetPara;
+    o->mAlgoGetVersion = FuzzGetVersion;
+    o->mAlgoGetSize = FuzzGetSize;
+    o->initialised = 1;
+    // The set-up call finds the algorithm bound and runs the rest of its steps.
+    o->KivOutProcPlayInit();
+
+    Reader in(data, size);
+    size_t framesUsed = 0;
+    std::vector<uint8_t> buffer;
+    while (!in.Empty() && framesUsed < kMaxFramesPerInput) {
+        const uint8_t op = in.Byte();
+        switch (op % 8) {
+            case 0:
+            case 1:
+            case 2: {  // a block
+                const int16_t rawFrames = static_cast<int16_t>(in.U16());
+                const int frames = op % 8 == 2 ? rawFrames : (rawFrames & 0x1fff);
+                const int channels = kChannels[in.Byte() % (sizeof(kChannels) / sizeof(int))];
+                const audio_format_t format =
+                        kFormats[in.Byte() % (sizeof(kFormats) / sizeof(kFormats[0]))];
+                buffer.assign(HostBytes(frames, channels, format), 0);
+                in.Fill(buffer.data(), buffer.size() < 64 ? buffer.size() : 64);
+                for (size_t i = 64; i < buffer.size(); ++i) {
+                    buffer[i] = static_cast<uint8_t>(buffer[i % 64] + i);
+                }
+                o->KivOutProcPlaySamples(reinterpret_cast<short*>(buffer.data()), frames, channels,
+                                         format);
+                framesUsed += frames > 0 ? static_cast<size_t>(frames) : 1;
+                break;
+            }
+            case 3: {  // an integer parameter
+                static constexpr int kIds[] = {0,  2,  4,  5,  7,  8,  12, 13, 14, 30,
+                                               31, 32, 35, 36, 37, 44, 51, 52, 55, 100};
+                const int id = kIds[in.Byte() % (sizeof(kIds) / sizeof(int))];
+                int value = static_cast<int8_t>(in.Byte());
+                if (id == 100) {
+                    value &= 1;  // dumps on and off; their files stay small
+                }
+                o->KivParamsSetInt(id, value);
+                break;
+            }
+            case 4: {  // a float parameter, any bit pattern
+                const uint32_t bits = in.U32();
+                float value;
+                memcpy(&value, &bits, sizeof(value));
+                o->KivParamsSetFloat(11, value);
+                break;
+            }
+            case 5:  // the device's configured output channels, read at re-initialisation
+                device.SetChannelOut((in.Byte() & 1) != 0 ? 4 : 2);
+                break;
+            case 6:  // the algorithm starts or stops failing
+                gApplyResult = (in.Byte() & 1) != 0 ? -5 : 0;
+                break;
+            case 7: {  // a reset request or a query
+                if ((in.Byte() & 1) != 0) {
+                    o->mResetRequest = 1;
+                } else {
+                    o->KivParamsGet(android::String8("CHANNEL_SWAPPED"));
+                }
+                break;
+            }
+        }
+    }
+    o->SetAudioDump(0);  // the instance does not close dump files itself
+    return 0;
+}
