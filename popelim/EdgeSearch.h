@@ -24,7 +24,7 @@ inline int SampleLevel(int32_t sample) {
 
 // |level| < 10, that is |sample| < 10 * 65536.
 inline bool IsQuietSample(int32_t sample) {
-    return static_cast<uint32_t>(sample + 655359) < 1310719u;
+    return static_cast<uint32_t>(sample) + 655359u < 1310719u;
 }
 
 // Onset out of near-silence: a level five times the previous one that moved by more than 100.

@@ -28,8 +28,9 @@ inline Lanes AbsLevels4(const int32_t* data, unsigned frame) {
     memcpy(&b, data + 2 * frame + 4, sizeof(b));
     const Lanes own = __builtin_shufflevector(a, b, 0, 2, 4, 6);
     const Lanes sign = own >> 31;
-    // Shifted as unsigned, so that |INT32_MIN| = 2^31 gives 32768.
-    return reinterpret_cast<Lanes>(reinterpret_cast<ULanes>((own ^ sign) - sign) >> 16);
+    // In unsigned arithmetic, so that |INT32_MIN| = 2^31 gives 32768.
+    const ULanes magnitude = reinterpret_cast<ULanes>(own ^ sign) - reinterpret_cast<ULanes>(sign);
+    return reinterpret_cast<Lanes>(magnitude >> 16);
 }
 
 inline bool AnyLane(Lanes mask) {

@@ -26,7 +26,8 @@ Stereo Tricky(std::mt19937& rng) {
                 if (rng() % 4 == 0) {
                     s = -s;
                 }
-                b.at(k, c) = rng() % 500 == 0 ? INT32_MIN : s;
+                const unsigned extreme = rng() % 500;
+                b.at(k, c) = extreme == 0 ? INT32_MIN : extreme == 1 ? INT32_MAX : s;
             }
             f += run;
         }
