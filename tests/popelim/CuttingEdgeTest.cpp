@@ -1,5 +1,5 @@
 // The exported stand-alone functions, linked statically: their shared stream, the two block
-// sizes, the 384-byte clear, and agreement with FallingPopElim.
+// sizes, the 384-byte clear and the rate change.
 #include <gtest/gtest.h>
 
 #include <vector>
@@ -124,48 +124,6 @@ TEST(CuttingEdgeTest, RateChangeClears384BytesAndRoundsTheCacheUp) {
     EXPECT_EQ(Bytes(out, 156, 1536 - 156), Bytes(block.s.data(), 0, 1536 - 156));
     EXPECT_EQ(Bytes(h->cache, 0, 156), Bytes(block.s.data(), 1536 - 156, 156));
     EXPECT_EQ(Bytes(h->cache, 156, 228), std::vector<uint8_t>(228, 0));
-}
-
-// Silence and loud runs of random lengths, so that both kinds of edge turn up.
-Stereo Bursts(uint32_t seed) {
-    Stereo b(kFrames);
-    unsigned f = 0;
-    while (f < kFrames) {
-        seed = seed * 1664525u + 1013904223u;
-        const unsigned run = 5 + (seed >> 20) % 120;
-        const int level = (seed & 1) ? 0 : 3000 + static_cast<int>((seed >> 8) % 20000);
-        b.Fill(0, f, std::min(f + run, kFrames), level);
-        b.Fill(1, f, std::min(f + run, kFrames), -level / 2);
-        f += run;
-    }
-    return b;
-}
-
-TEST(CuttingEdgeTest, GivesTheSameBlocksAndLinesAsTheClass) {
-    ClassStream st;
-    ASSERT_NE(st.Init(), nullptr);
-    ASSERT_EQ(st.elim.ClearCachedBuffer(&st.handle, kPopCacheBytes), 0);
-    ProcessHandle* h = InitShared();
-    ASSERT_NE(h, nullptr);
-    int edges = 0;
-    for (uint32_t seed = 1; seed <= 12; ++seed) {
-        const Stereo block = Bursts(seed);
-        const bool enable = seed % 4 != 0;
-        LogCapture classLog;
-        const int32_t* a = st.Process(block, enable);
-        const std::vector<LogLine> classLines = classLog.Lines();
-        classLog.Clear();
-        const int32_t* b = CuttingEdgeProcess(h, block.s.data(), kPopBlockBytes, enable);
-        ASSERT_TRUE(a != nullptr && b != nullptr);
-        ASSERT_EQ(Bytes(a, 0, kPopBlockBytes), Bytes(b, 0, kPopBlockBytes)) << seed;
-        const std::vector<LogLine> lines = classLog.Lines();
-        ASSERT_EQ(lines.size(), classLines.size()) << seed;
-        for (size_t i = 0; i < lines.size(); ++i) {
-            EXPECT_EQ(lines[i].message, classLines[i].message);
-        }
-        edges += static_cast<int>(lines.size());
-    }
-    EXPECT_GT(edges, 6);
 }
 
 }  // namespace

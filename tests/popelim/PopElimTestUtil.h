@@ -39,13 +39,13 @@ struct Stereo {
 
 // Loud random samples (levels 16000 to 29999 of either sign): no frame is quiet and no frame
 // drops below a tenth of the one before, so they hold no edge.
-inline Stereo Noise(unsigned frames, uint32_t seed) {
+inline Stereo Noise(unsigned frames, uint32_t state) {
     Stereo b(frames);
     for (int32_t& x : b.s) {
-        seed = seed * 1664525u + 1013904223u;
-        const int32_t level = 16000 + static_cast<int32_t>((seed >> 8) % 14000);
-        const int32_t sample = Lv(level) + static_cast<int32_t>(seed & 0xFFFF);
-        x = (seed & 0x80000000u) ? -sample : sample;
+        state = state * 1664525u + 1013904223u;
+        const int32_t level = 16000 + static_cast<int32_t>((state >> 8) % 14000);
+        const int32_t sample = Lv(level) + static_cast<int32_t>(state & 0xFFFF);
+        x = (state & 0x80000000u) ? -sample : sample;
     }
     return b;
 }
