@@ -211,14 +211,15 @@ public:
     uint8_t initialised = 0;
 
     // ---- Algorithm memory -------------------------------------------------------------------
-    uint8_t mAlgoMem0A[kAlgoMemSize0];
-    uint8_t mAlgoMem1A[kAlgoMemSize1];
-    uint8_t mAlgoMem2A[kAlgoMemSize2];
-    uint8_t mAlgoMem0B[kAlgoMemSize0];
-    uint8_t mAlgoMem1B[kAlgoMemSize1];
-    uint8_t mAlgoMem2B[kAlgoMemSize2];
+    // The algorithm keeps typed state in these buffers: each starts on a 16-byte boundary.
+    alignas(16) uint8_t mAlgoMem0A[kAlgoMemSize0];
+    alignas(16) uint8_t mAlgoMem1A[kAlgoMemSize1];
+    alignas(16) uint8_t mAlgoMem2A[kAlgoMemSize2];
+    alignas(16) uint8_t mAlgoMem0B[kAlgoMemSize0];
+    alignas(16) uint8_t mAlgoMem1B[kAlgoMemSize1];
+    alignas(16) uint8_t mAlgoMem2B[kAlgoMemSize2];
     void* mAlgoMemTable[2 * kAlgoMemBanks];  // first buffers in 0..2, second buffers in 3..5
-    uint8_t mAlgoParamArea[kAlgoParamAreaSize];
+    alignas(16) uint8_t mAlgoParamArea[kAlgoParamAreaSize];
     int32_t mIoBuffer[kIoBufferSamples];
     KivIoInfo mIoInfo;
 

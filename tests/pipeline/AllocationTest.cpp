@@ -26,7 +26,7 @@ namespace {
 std::atomic<bool> gCounting{false};
 std::atomic<long> gAllocations{0};
 
-void Count() {
+[[maybe_unused]] void Count() {
     if (gCounting.load(std::memory_order_relaxed)) {
         gAllocations.fetch_add(1, std::memory_order_relaxed);
     }
@@ -89,8 +89,8 @@ namespace {
 // allocations seen. The uncounted block re-initialises when the layout changed, and that reads
 // a system property: the host's property layer opens its file for it (the device reads shared
 // memory), so the first block of a layout is not the audio thread's steady state on the host.
-long CountedBlocks(PipelineHost& host, int blocks, int frames, int channels,
-                   audio_format_t format) {
+[[maybe_unused]] long CountedBlocks(PipelineHost& host, int blocks, int frames, int channels,
+                                    audio_format_t format) {
     const int bytes = BytesPerSample(format);
     std::vector<uint8_t> buffer(static_cast<size_t>(frames) * (channels < 4 ? 4 : channels) *
                                 bytes);
