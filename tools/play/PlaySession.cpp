@@ -312,7 +312,7 @@ bool RunPlay(const PlayOptions& o, PlayEffect* effect, PlayResult* r, std::strin
         e.id = kIdDump;
         e.intValue = 0;
         ApplyParam(effect, e);  // closes and flushes the dump files
-        r->applied.push_back(DescribeParam(e) + " (end)");
+        r->applied.push_back("end: 100=0");
     }
     return true;
 }

@@ -114,11 +114,16 @@ void PrintDumps(const std::string& root) {
     }
     unsigned best = 0;
     while (const dirent* e = readdir(d)) {
-        unsigned n = 0;
-        char stem[64];
-        if (sscanf(e->d_name, "brisel_%63[a-z_]_%u.pcm", stem, &n) == 2 && n > best) {
-            best = n;
+        // brisel_<stem>_<number>.pcm
+        const std::string name = e->d_name;
+        const size_t underscore = name.rfind('_');
+        if (name.rfind("brisel_", 0) != 0 || underscore == std::string::npos || name.size() < 4 ||
+            name.compare(name.size() - 4, 4, ".pcm") != 0) {
+            continue;
         }
+        const unsigned n =
+                static_cast<unsigned>(strtoul(name.c_str() + underscore + 1, nullptr, 10));
+        best = n > best ? n : best;
     }
     closedir(d);
     if (best == 0) {
@@ -169,7 +174,7 @@ void PrintSummary(const PlayOptions& o, const PlayResult& r, const EffectLogFact
     for (const std::string& e : facts.events) {
         printf("  %s\n", e.c_str());
     }
-    printf("tuning ids used:  %s\n", facts.tunings.empty() ? "none logged" : "");
+    printf("tuning ids used:%s\n", facts.tunings.empty() ? "  none logged" : "");
     for (const std::string& t : facts.tunings) {
         printf("  %s\n", t.c_str());
     }
