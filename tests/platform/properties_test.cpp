@@ -2,107 +2,71 @@
 #include <cutils/properties.h>
 
 #include <gtest/gtest.h>
+#include <stdlib.h>
 
+#include <fstream>
 #include <string>
 
-#include "tests/platform/TempTree.h"
+#include "tests/support/DeviceRoot.h"
 
 namespace {
 
 class PlatformProperties : public ::testing::Test {
 protected:
-    void SetProps(const std::string& content) { mTree.Write("props.txt", content); }
-    std::string Get(const char* key, const char* def, int* len = nullptr) {
+    void SetProps(const std::string& content) {
+        std::ofstream(mRoot.PropertiesPath(), std::ios::trunc) << content;
+    }
+    // The value copied; the returned length must be its length.
+    std::string Get(const char* key, const char* def) {
         char value[PROPERTY_VALUE_MAX];
         memset(value, 'x', sizeof value);
         int n = property_get(key, value, def);
-        if (len != nullptr) {
-            *len = n;
-        }
         EXPECT_EQ(static_cast<size_t>(n), strlen(value));
         return value;
     }
-
-    TempTree mTree;
-    ScopedEnv mEnv{"ORLUNE_PROPERTIES", (mTree.Path() + "/props.txt").c_str()};
+    DeviceRoot mRoot;
 };
 
 TEST_F(PlatformProperties, DefaultsWithoutVariableFileOrKey) {
-    {
-        ScopedEnv unset("ORLUNE_PROPERTIES", nullptr);
-        EXPECT_EQ(Get("a", "def"), "def");
-        EXPECT_EQ(property_get_int32("a", 5), 5);
-    }
-    EXPECT_EQ(Get("a", "def"), "def");  // the file does not exist yet
-    EXPECT_EQ(property_get_int32("a", -3), -3);
     SetProps("a=1\n");
-    int len = -1;
-    EXPECT_EQ(Get("b", nullptr, &len), "");
-    EXPECT_EQ(len, 0);
-    EXPECT_EQ(Get("b", "", &len), "");
-    EXPECT_EQ(len, 0);
+    setenv("ORLUNE_PROPERTIES", (mRoot.Path() + "/missing").c_str(), 1);
+    EXPECT_EQ(Get("a", "def"), "def");
+    EXPECT_EQ(property_get_int32("a", -3), -3);
+    unsetenv("ORLUNE_PROPERTIES");
+    EXPECT_EQ(Get("a", "def"), "def");
+    EXPECT_EQ(property_get_int32("a", 5), 5);
+    setenv("ORLUNE_PROPERTIES", mRoot.PropertiesPath().c_str(), 1);
+    EXPECT_EQ(Get("a", "def"), "1");
+    EXPECT_EQ(Get("b", nullptr), "");
 }
 
-TEST_F(PlatformProperties, FileRules) {
+TEST_F(PlatformProperties, FileRulesAndTruncationTo91Characters) {
+    const std::string longText(120, 'v');
     SetProps(
-            "# comment=1\n"
-            "\n"
-            "a=first\n"
-            "#a=commented\n"
-            "ro.x.y=1\n"
-            "a=last\n"
-            "eq=k=v\n"
-            "empty=\n"
-            "spaced = v \n"
-            "noequals\n"
-            "crlf=v\r\n"
-            "tail=no newline");
-    EXPECT_EQ(Get("a", "d"), "last");
-    EXPECT_EQ(Get("# comment", "d"), "d");
-    EXPECT_EQ(Get("#a", "d"), "d");
-    EXPECT_EQ(Get("ro.x", "d"), "d");  // no prefix matches
-    EXPECT_EQ(Get("eq", "d"), "k=v");
-    EXPECT_EQ(Get("empty", "d"), "d");
-    EXPECT_EQ(Get("spaced ", "d"), " v ");
-    EXPECT_EQ(Get("noequals", "d"), "d");
-    EXPECT_EQ(Get("crlf", "d"), "v");
-    EXPECT_EQ(Get("tail", "d"), "no newline");
-
+            "# comment=1\n\na=first\n#a=commented\nro.x.y=1\na=last\neq=k=v\nempty=\n"
+            "spaced = v \nnoequals\ncrlf=v\r\nlong=" +
+            longText + "\ntail=no newline");
+    std::string got;
+    for (const char* key : {"a", "# comment", "#a", "ro.x", "eq", "empty", "spaced ", "noequals",
+                            "crlf", "tail", "long"}) {
+        got += Get(key, "d") + "|";
+    }
+    // No prefix of a key matches; a value is cut at 91 characters.
+    EXPECT_EQ(got, "last|d|d|d|k=v|d| v |d|v|no newline|" + longText.substr(0, 91) + "|");
+    EXPECT_EQ(Get("missing", longText.c_str()), longText.substr(0, 91));
     SetProps("a=changed\n");  // read again at every call
     EXPECT_EQ(Get("a", "d"), "changed");
 }
 
-TEST_F(PlatformProperties, ValuesAndDefaultsAreCutAt91Characters) {
-    const std::string longText(120, 'v');
-    SetProps("long=" + longText + "\n");
-    int len = 0;
-    EXPECT_EQ(Get("long", "d", &len), longText.substr(0, 91));
-    EXPECT_EQ(len, 91);
-    const std::string longDefault(100, 'd');
-    EXPECT_EQ(Get("missing", longDefault.c_str(), &len), longDefault.substr(0, 91));
-    EXPECT_EQ(len, 91);
-}
-
 TEST_F(PlatformProperties, Int32ParsesLikeStrtoimaxBase0) {
-    SetProps(
-            "trail=12abc\noctal8=08\nhex=0x10\noctal=010\nneg= -7\nplus=+3\nnegHex=-0x10\n"
-            "max=2147483647\nmin=-2147483648\nover=2147483648\nunder=-2147483649\n"
-            "huge=99999999999999999999999\nletters=abc\nempty=\nblank= \n");
-    EXPECT_EQ(property_get_int32("trail", -1), 12);
-    EXPECT_EQ(property_get_int32("octal8", -1), 0);
-    EXPECT_EQ(property_get_int32("hex", -1), 16);
-    EXPECT_EQ(property_get_int32("octal", -1), 8);
-    EXPECT_EQ(property_get_int32("neg", -1), -7);
-    EXPECT_EQ(property_get_int32("plus", -1), 3);
-    EXPECT_EQ(property_get_int32("negHex", -1), -16);
-    EXPECT_EQ(property_get_int32("max", -1), 2147483647);
-    EXPECT_EQ(property_get_int32("min", -1), INT32_MIN);
-    EXPECT_EQ(property_get_int32("over", -1), -1);
-    EXPECT_EQ(property_get_int32("under", -1), -1);
-    EXPECT_EQ(property_get_int32("huge", -1), -1);
-    EXPECT_EQ(property_get_int32("letters", -1), -1);
-    EXPECT_EQ(property_get_int32("empty", -1), -1);
-    EXPECT_EQ(property_get_int32("blank", -1), -1);
+    std::string got;
+    for (const char* text :
+         {"12abc", "08", "0x10", "010", " -7", "+3", "-0x10", "2147483647", "-2147483648",
+          "2147483648", "-2147483649", "99999999999999999999", "abc", "", " "}) {
+        SetProps(std::string("k=") + text + "\n");
+        got += std::to_string(property_get_int32("k", 99)) + " ";
+    }
+    EXPECT_EQ(got, "12 0 16 8 -7 3 -16 2147483647 -2147483648 99 99 99 99 99 99 ");
     EXPECT_EQ(property_get_int32("missing", 77), 77);
 }
 

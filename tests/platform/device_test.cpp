@@ -1,0 +1,81 @@
+// The host's device: paths under ORLUNE_DEVICE_ROOT with realpath mapped back, the
+// customisation stub's three answers, and the event report's log line.
+#include <android/log.h>
+#include <gtest/gtest.h>
+#include <limits.h>
+#include <platform/device_fs.h>
+#include <stdlib.h>
+#include <tovaview/TovaView.h>
+#include <vardocust/download_cfg.h>
+
+#include <filesystem>
+#include <string>
+
+#include "tests/support/DeviceRoot.h"
+#include "tests/support/LogCapture.h"
+
+namespace orlune_platform {
+namespace {
+
+std::string Realpath(const char* path) {
+    char out[PATH_MAX];
+    return DevRealpath(path, out) != nullptr ? out : "<null>";
+}
+
+TEST(PlatformDevice, RealpathIsMappedBackFromTheRootOrTheRealRoot) {
+    DeviceRoot root;
+    root.WriteKiv("version.txt", "1.0.2\n");
+    std::filesystem::create_symlink("version.txt", root.HostPath("/odm/etc/kiv/link"));
+    std::filesystem::create_directory_symlink(root.Path(), root.Path() + "link");
+    for (const std::string& dir : {root.Path(), root.Path() + "/", root.Path() + "link"}) {
+        setenv("ORLUNE_DEVICE_ROOT", dir.c_str(), 1);
+        EXPECT_EQ(Realpath("/odm/etc/../etc/kiv/./link"), "/odm/etc/kiv/version.txt") << dir;
+        EXPECT_EQ(Realpath("/odm"), "/odm") << dir;
+        EXPECT_EQ(Realpath("/"), "/") << dir;
+        EXPECT_EQ(Realpath("/odm/etc/kiv/missing"), "<null>") << dir;
+    }
+    // Unset or empty: the real root.
+    const std::string link = root.HostPath("/odm/etc/kiv/link");
+    for (bool empty : {false, true}) {
+        empty ? setenv("ORLUNE_DEVICE_ROOT", "", 1) : unsetenv("ORLUNE_DEVICE_ROOT");
+        EXPECT_EQ(Realpath("/odm/etc/kiv/link"), "<null>");
+        EXPECT_EQ(Realpath(link.c_str()), root.HostPath("/odm/etc/kiv/version.txt"));
+    }
+}
+
+// "null", or "<found> <path> <version>" of the record.
+std::string DownloadCfg(const char* dir) {
+    DownloadCfgInfo* info = get_download_cfg_file(dir, "/soundalgorithm/kiv_config.xml");
+    std::string out =
+            info == nullptr ? "null"
+                            : std::to_string(info->found) + " " + info->path + " " + info->version;
+    free(info);
+    return out;
+}
+
+TEST(PlatformDevice, DownloadCfgAnswersFileDirectoryOrNothing) {
+    DeviceRoot root;
+    EXPECT_EQ(DownloadCfg("/soundalgorithm"), "null");
+    root.SetOtaDirOnly();
+    EXPECT_EQ(DownloadCfg("/soundalgorithm"), "0  ");
+    root.WriteFile("/soundalgorithm/kiv_config.xml", "<xml/>");
+    EXPECT_EQ(DownloadCfg("/soundalgorithm"), "1 /soundalgorithm/kiv_config.xml ");
+    root.WriteFile("/soundalgorithm/cfg_version", "2.0.1.7\nsecond line\n");
+    EXPECT_EQ(DownloadCfg("/soundalgorithm/"), "1 /soundalgorithm/kiv_config.xml 2.0.1.7");
+}
+
+TEST(PlatformTovaView, ReportWritesOneInfoLineWithValuesInPutOrder) {
+    LogCapture log;
+    TovaEvent event(907001001);
+    event.PutString("Z_NAME", "spk mode");
+    event.PutFloat("A_RATE", -0.25f);
+    event.PutString("EMPTY", "");
+    EXPECT_EQ(TovaView::Report(event), 0);
+    EXPECT_EQ(log.Count("report 907001001 Z_NAME=spk mode A_RATE=-0.250000 EMPTY=", "tova_view",
+                        ANDROID_LOG_INFO),
+              1)
+            << log.Dump();
+}
+
+}  // namespace
+}  // namespace orlune_platform
