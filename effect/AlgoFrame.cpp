@@ -14,7 +14,7 @@ int32_t* Orlune::PopEliminate(const int* buf, int samples, bool mode) {
 
 void Orlune::ProcessFadeInOut(int frameCount) {
     // A frame that would not fit into the output buffer is treated like an invalid offset: the
-    // design's four-channel bound alone would let the last frames run past the buffer's end.
+    // four-channel bound alone would let the last frames run past the buffer's end.
     if (!pipeline::OutBufOffsetValid(*this) ||
         !pipeline::FramesFit(*this, frameCount, mOutChannelCount)) {
         ORLUNE_LOGE("ProcessFadeInOut outBufOffset is invalid");

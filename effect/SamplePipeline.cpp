@@ -95,8 +95,8 @@ void Orlune::KivOutProcPlaySamples(short* buffer, int frames, int channels, audi
         return;
     }
 
-    // Blocks outside the host contract are refused before they touch any state: the design
-    // leaves them to the host, and processing them would read or write past a buffer.
+    // Blocks outside the host contract are refused before they touch any state: processing
+    // them would read or write past a buffer or run on stale samples.
     const int pc = channels == 4 ? 2 : channels;
     const int32_t writePos =
             (pc != mChannelCount || inBufOffset > kInputCacheSamples) ? 0 : inBufOffset;

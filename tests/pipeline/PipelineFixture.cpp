@@ -106,9 +106,9 @@ std::vector<uint8_t> FromInt32(const std::vector<int32_t>& samples, audio_format
     return out;
 }
 
-std::vector<int32_t> Noise32(int frames, int channels, uint32_t seed) {
+std::vector<int32_t> Noise32(int frames, int channels, uint32_t variant) {
     std::vector<int32_t> out(static_cast<size_t>(frames) * channels);
-    uint32_t state = seed * 2654435761u + 1u;
+    uint32_t state = variant * 2654435761u + 1u;
     for (int32_t& s : out) {
         state = state * 1664525u + 1013904223u;
         // Level (top 16 bits) between 1000 and 16000 in magnitude: never near silence.

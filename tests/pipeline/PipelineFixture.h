@@ -60,7 +60,7 @@ std::vector<int32_t> To32(const std::vector<uint8_t>& host, audio_format_t forma
 std::vector<uint8_t> FromInt32(const std::vector<int32_t>& samples, audio_format_t format);
 
 // Deterministic loud noise, `frames` x `channels` samples in 32-bit; no run of near-silence.
-std::vector<int32_t> Noise32(int frames, int channels, uint32_t seed);
+std::vector<int32_t> Noise32(int frames, int channels, uint32_t variant);
 
 // The stand-in's processing of whole 480-frame frames: stereo in with 2 or 4 out, or
 // multichannel in folded to a stereo pair. Gain and width apply only when `enable`.

@@ -219,7 +219,7 @@ bool RunPlay(const PlayOptions& o, PlayEffect* effect, PlayResult* r, std::strin
                 "them, so use --channels 4");
     }
     const bool bound = EffectLog::Facts().bound;
-    r->designedLatency = bound ? kAlgoFrame + (inChannels == 2 ? kPopDelayFrames : 0) : 0;
+    r->nominalLatency = bound ? kAlgoFrame + (inChannels == 2 ? kPopDelayFrames : 0) : 0;
 
     WavWriter writer;
     if (!writer.Open(o.output, o.format, r->outChannels, r->rate, error)) {
@@ -231,7 +231,7 @@ bool RunPlay(const PlayOptions& o, PlayEffect* effect, PlayResult* r, std::strin
     const int capacity = std::max(layout, 4);
     std::vector<uint8_t> block(static_cast<size_t>(o.block) * capacity * bytes);
     const int64_t total = reader.Frames();
-    const int latency = r->designedLatency;
+    const int latency = r->nominalLatency;
     const int64_t wanted = o.compensate ? total : total + latency;
     int64_t skip = o.compensate ? latency : 0;
     int64_t inOnset = -1;

@@ -18,7 +18,7 @@ struct PlayResult {
     int rate = 48000;
     int fileChannels = 0;
     int outChannels = 0;  // channels of the output file
-    int designedLatency = 0;
+    int nominalLatency = 0;
     int64_t measuredLatency = -1;      // onset in the output minus onset in the input; -1 unknown
     double processSeconds = 0.0;       // time spent inside the effect's block call
     std::vector<std::string> applied;  // parameter calls, as "at 1.50 s: 12=2"

@@ -163,8 +163,8 @@ void PrintSummary(const PlayOptions& o, const PlayResult& r, const EffectLogFact
         printf("\n");
         printf("initialisations:  %d\n", facts.initialisations);
     }
-    printf("latency:          %d frames (%.1f ms)%s", r.designedLatency,
-           1000.0 * r.designedLatency / r.rate, o.compensate ? ", removed from the output" : "");
+    printf("latency:          %d frames (%.1f ms)%s", r.nominalLatency,
+           1000.0 * r.nominalLatency / r.rate, o.compensate ? ", removed from the output" : "");
     if (r.measuredLatency >= 0) {
         printf("; first sound in the output %lld frames after the input's",
                static_cast<long long>(r.measuredLatency));
