@@ -58,31 +58,27 @@ void To24(u8* p, int32_t x) {
     p[2] = static_cast<u8>(v >> 16);
 }
 
-using ReadFn = int32_t (*)(const u8*);
-using WriteFn = void (*)(u8*, int32_t);
-
-ReadFn Reader(audio_format_t f) {
-    switch (f) {
-        case AUDIO_FORMAT_PCM_16_BIT:
-            return From16;
-        case AUDIO_FORMAT_PCM_FLOAT:
-            return FromFloat;
-        case AUDIO_FORMAT_PCM_24_BIT_PACKED:
-            return From24;
-        default:
-            return nullptr;
+// The loops are instantiated per format so that each sample's conversion is inlined: this
+// runs twice per host block on the audio thread.
+template <size_t SrcSize, int32_t (*Read)(const u8*)>
+void ExpandTo32(u8* d, const u8* s, size_t count) {
+    if (d == s) {
+        // In place: backwards, so that no source sample is overwritten before it is read.
+        for (size_t i = count; i-- > 0;) {
+            Store32(d + i * 4, Read(s + i * SrcSize));
+        }
+    } else {
+        for (size_t i = 0; i < count; ++i) {
+            Store32(d + i * 4, Read(s + i * SrcSize));
+        }
     }
 }
-WriteFn Writer(audio_format_t f) {
-    switch (f) {
-        case AUDIO_FORMAT_PCM_16_BIT:
-            return To16;
-        case AUDIO_FORMAT_PCM_FLOAT:
-            return ToFloat;
-        case AUDIO_FORMAT_PCM_24_BIT_PACKED:
-            return To24;
-        default:
-            return nullptr;
+
+// Shrinking (or same size): forwards, which also works in place.
+template <size_t DstSize, void (*Write)(u8*, int32_t)>
+void ShrinkFrom32(u8* d, const u8* s, size_t count) {
+    for (size_t i = 0; i < count; ++i) {
+        Write(d + i * DstSize, Load32(s + i * 4));
     }
 }
 
@@ -102,24 +98,32 @@ extern "C" void memcpy_by_audio_format(void* dst, audio_format_t dst_format, con
     u8* d = static_cast<u8*>(dst);
     const u8* s = static_cast<const u8*>(src);
     if (src_format == AUDIO_FORMAT_PCM_32_BIT) {
-        WriteFn write = Writer(dst_format);
-        if (write == nullptr) {
-            return;
-        }
-        // Shrinking (or same size): forwards, so that dst == src works.
-        size_t dstSize = audio_bytes_per_sample(dst_format);
-        for (size_t i = 0; i < count; ++i) {
-            write(d + i * dstSize, Load32(s + i * 4));
+        switch (dst_format) {
+            case AUDIO_FORMAT_PCM_16_BIT:
+                ShrinkFrom32<2, To16>(d, s, count);
+                break;
+            case AUDIO_FORMAT_PCM_FLOAT:
+                ShrinkFrom32<4, ToFloat>(d, s, count);
+                break;
+            case AUDIO_FORMAT_PCM_24_BIT_PACKED:
+                ShrinkFrom32<3, To24>(d, s, count);
+                break;
+            default:
+                break;  // not converted by the platform: dst untouched
         }
     } else if (dst_format == AUDIO_FORMAT_PCM_32_BIT) {
-        ReadFn read = Reader(src_format);
-        if (read == nullptr) {
-            return;
-        }
-        // Expanding: backwards, so that dst == src works.
-        size_t srcSize = audio_bytes_per_sample(src_format);
-        for (size_t i = count; i-- > 0;) {
-            Store32(d + i * 4, read(s + i * srcSize));
+        switch (src_format) {
+            case AUDIO_FORMAT_PCM_16_BIT:
+                ExpandTo32<2, From16>(d, s, count);
+                break;
+            case AUDIO_FORMAT_PCM_FLOAT:
+                ExpandTo32<4, FromFloat>(d, s, count);
+                break;
+            case AUDIO_FORMAT_PCM_24_BIT_PACKED:
+                ExpandTo32<3, From24>(d, s, count);
+                break;
+            default:
+                break;
         }
     }
 }
