@@ -58,6 +58,14 @@ void To24(u8* p, int32_t x) {
     p[2] = static_cast<u8>(v >> 16);
 }
 
+// Separate buffers never overlap (the platform's contract), which lets the compiler vectorise.
+template <size_t SrcSize, int32_t (*Read)(const u8*)>
+void ExpandSeparate(u8* __restrict d, const u8* __restrict s, size_t count) {
+    for (size_t i = 0; i < count; ++i) {
+        Store32(d + i * 4, Read(s + i * SrcSize));
+    }
+}
+
 // The loops are instantiated per format so that each sample's conversion is inlined: this
 // runs twice per host block on the audio thread.
 template <size_t SrcSize, int32_t (*Read)(const u8*)>
@@ -68,15 +76,24 @@ void ExpandTo32(u8* d, const u8* s, size_t count) {
             Store32(d + i * 4, Read(s + i * SrcSize));
         }
     } else {
-        for (size_t i = 0; i < count; ++i) {
-            Store32(d + i * 4, Read(s + i * SrcSize));
-        }
+        ExpandSeparate<SrcSize, Read>(d, s, count);
     }
 }
 
 // Shrinking (or same size): forwards, which also works in place.
 template <size_t DstSize, void (*Write)(u8*, int32_t)>
+void ShrinkSeparate(u8* __restrict d, const u8* __restrict s, size_t count) {
+    for (size_t i = 0; i < count; ++i) {
+        Write(d + i * DstSize, Load32(s + i * 4));
+    }
+}
+
+template <size_t DstSize, void (*Write)(u8*, int32_t)>
 void ShrinkFrom32(u8* d, const u8* s, size_t count) {
+    if (d != s) {
+        ShrinkSeparate<DstSize, Write>(d, s, count);
+        return;
+    }
     for (size_t i = 0; i < count; ++i) {
         Write(d + i * DstSize, Load32(s + i * 4));
     }
