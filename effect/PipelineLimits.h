@@ -42,19 +42,4 @@ inline bool UiRuleDisables(const Orlune& o, bool exemptSpeaker) {
     return hpOff && !(exemptSpeaker && o.mDeviceType == 1);
 }
 
-// Integer part of a volume in dB, truncated toward zero; values no int32 can hold saturate
-// and NaN gives 0, so a host's odd float never reaches an undefined conversion.
-inline int32_t TruncatedVolume(float db) {
-    if (!(db == db)) {
-        return 0;
-    }
-    if (db >= 2147483647.0f) {
-        return INT32_MAX;
-    }
-    if (db <= -2147483648.0f) {
-        return INT32_MIN;
-    }
-    return static_cast<int32_t>(db);
-}
-
 }  // namespace pipeline

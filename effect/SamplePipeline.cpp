@@ -6,6 +6,7 @@
 
 #include "effect/LogTags.h"
 #include "effect/PipelineLimits.h"
+#include "effect/VolumeDb.h"
 #include "effect/orlune.h"
 
 namespace {
@@ -204,7 +205,7 @@ void Orlune::KivOutProcPlaySamples(short* buffer, int frames, int channels, audi
 void Orlune::ReadInputToBuffer(const short* buffer, int samples, audio_format_t format) {
     // The caller has checked that the samples fit behind the write position.
     const int32_t writePos = inBufOffset > kInputCacheSamples ? 0 : inBufOffset;
-    mIoInfo.volume = pipeline::TruncatedVolume(volumeDb);
+    mIoInfo.volume = VolumeDbToInt(volumeDb);
     inBufOffset = writePos + samples;
     if (samples <= 0) {
         return;

@@ -4,6 +4,7 @@
 #include <math.h>
 #include <stdint.h>
 
+#include "effect/VolumeDb.h"
 #include "effect/orlune.h"
 
 // Extended-record words that the mode selection writes on every block.
@@ -12,21 +13,6 @@ constexpr int kExtWordChannels = 334;  // high byte: block channels; low byte: h
 constexpr int kExtWordVolume = 339;    // speaker only: integer part of volumeDb
 
 namespace params {
-
-// Integer part of a dB value, truncated toward zero; NaN gives 0 and values beyond the int32
-// range saturate, so no host value can make the conversion undefined.
-inline int32_t TruncateDb(float db) {
-    if (isnan(db)) {
-        return 0;
-    }
-    if (db >= 2147483647.0f) {
-        return INT32_MAX;
-    }
-    if (db <= -2147483648.0f) {
-        return INT32_MIN;
-    }
-    return static_cast<int32_t>(db);
-}
 
 inline uint16_t Bits(int16_t word) {
     return static_cast<uint16_t>(word);

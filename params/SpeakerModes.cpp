@@ -14,13 +14,13 @@ void Orlune::KivParamsSetNS(int channels) {
         outputPath = OUTPUT_SPEAKER;
         SetNsForSpeaker(channels);
     }
-    mIoInfo.volume = params::TruncateDb(volumeDb);
+    mIoInfo.volume = VolumeDbToInt(volumeDb);
 }
 
 void Orlune::SetNsForSpeaker(int channels) {
     SetSpkParam();
     params::SetHighByte(mCurParaExt.words[kExtWordChannels], channels);
-    mCurParaExt.words[kExtWordVolume] = static_cast<int16_t>(params::TruncateDb(volumeDb));
+    mCurParaExt.words[kExtWordVolume] = static_cast<int16_t>(VolumeDbToInt(volumeDb));
     int32_t ret = params::CallSetPara(*this);
     if (ret != 0) {
         ORLUNE_LOGE("%s set parameter failed, ret = %d", "SetNsForSpeaker", ret);

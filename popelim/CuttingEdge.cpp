@@ -22,13 +22,7 @@ FallingPopElim gCuttingEdgeElim;
 // The table's rate for a block of `size` bytes; on a change of rate the cache is emptied and
 // resized for the new block. False for a size that is not in the table.
 bool CheckRate(ProcessHandle* handle, unsigned size) {
-    const SampleRateRow* row = nullptr;
-    for (const SampleRateRow& candidate : gCuttingEdgeRateTable) {
-        if (candidate.blockSize == size) {
-            row = &candidate;
-            break;
-        }
-    }
+    const SampleRateRow* row = popelim::FindRateRow(gCuttingEdgeRateTable, size);
     if (row == nullptr) {
         return false;
     }

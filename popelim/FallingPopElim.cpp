@@ -99,13 +99,7 @@ bool FallingPopElim::SampleRateCheck(ProcessHandle* handle, unsigned size, unsig
     if (handle == nullptr) {
         return false;
     }
-    const SampleRateRow* row = nullptr;
-    for (const SampleRateRow& candidate : gSampleRateTable) {
-        if (candidate.blockSize == size) {
-            row = &candidate;
-            break;
-        }
-    }
+    const SampleRateRow* row = popelim::FindRateRow(gSampleRateTable, size);
     if (row == nullptr) {
         return false;
     }

@@ -19,4 +19,15 @@ bool BlockPointersPresent(const ProcessHandle* handle, const void* input);
 int32_t* RunBlock(ProcessHandle* handle, const void* input, uint32_t size, bool enable,
                   uint32_t bufferBytes);
 
+// The row of `table` for a block of `size` bytes, or null when the size is not in it.
+template <int N>
+const SampleRateRow* FindRateRow(const SampleRateRow (&table)[N], unsigned size) {
+    for (const SampleRateRow& row : table) {
+        if (row.blockSize == size) {
+            return &row;
+        }
+    }
+    return nullptr;
+}
+
 }  // namespace popelim
