@@ -1,5 +1,11 @@
-// The binary table readers: exact sizes, short and missing files, length arguments.
+// The binary tables (exact sizes, short and missing files, length arguments), the table pointers
+// that KivInitConfigPointer hangs on the extended records, and resolving a virtual id.
+#include <string.h>
+
+#include <functional>
+#include <memory>
 #include <string>
+#include <tuple>
 
 #include <gtest/gtest.h>
 
@@ -9,136 +15,192 @@
 
 namespace {
 
-constexpr size_t kTwsFileValues = kTwsScenes * kTwsSceneWords;
+constexpr size_t kScene = kTwsSceneWords;
+constexpr size_t kTwsFileValues = kTwsScenes * kScene;
+const char* const kTag = "orlune_mobile";
 
-// Value i of a table written by DeviceRoot::WriteTable.
-int16_t Expected(size_t i) {
-    return static_cast<int16_t>(static_cast<uint16_t>(i + 1));
+// Value i of a table file: i + 1, negated for the second TWS file so that the two differ.
+int16_t Value(size_t i, int sign) {
+    return static_cast<int16_t>(sign * static_cast<int>(i + 1));
 }
 
-TEST(ReadTWS, BothFilesCompleteFillBothTables) {
-    DeviceRoot root;
-    root.WriteTable("tws_config1.bin", kTwsFileValues);
-    std::vector<int16_t> second(kTwsFileValues, -7);
-    root.WriteTableValues("tws_config2.bin", second);
-    LogCapture log;
-    EXPECT_EQ(0, Orlune::ReadTWS(Orlune::gTwsConfig, kTwsSceneWords));
-    EXPECT_EQ(Expected(0), Orlune::gTwsConfigRaw[0][0]);
-    EXPECT_EQ(Expected(kTwsFileValues - 1), Orlune::gTwsConfigRaw[0][kTwsFileValues - 1]);
-    EXPECT_EQ(-7, Orlune::gTwsConfigRaw[1][kTwsFileValues - 1]);
-    EXPECT_TRUE(log.Has("ReadTWS: ReadTWS config complete", "orlune_mobile", ANDROID_LOG_INFO));
+void WriteTable(const DeviceRoot& root, const std::string& name, size_t values, int sign = 1) {
+    std::vector<int16_t> data(values);
+    for (size_t i = 0; i < values; ++i) {
+        data[i] = Value(i, sign);
+    }
+    root.WriteTableValues(name, data);
 }
 
-TEST(ReadTWS, MissingSecondFileReadsNothingOfEither) {
-    DeviceRoot root;
-    root.WriteTable("tws_config1.bin", kTwsFileValues);
-    LogCapture log;
-    EXPECT_EQ(0, Orlune::ReadTWS(Orlune::gTwsConfig, kTwsSceneWords));
-    EXPECT_EQ(0, Orlune::gTwsConfigRaw[0][0]);
-    EXPECT_TRUE(
-            log.Has("ReadTWS: get TWS config filename failed", "orlune_mobile", ANDROID_LOG_ERROR));
-    EXPECT_EQ(0, log.CountContaining("config complete"));
+// The first `read` of a table's `size` values hold the file's, the rest are zero.
+void ExpectFilled(const int16_t* table, size_t read, size_t size, int sign = 1) {
+    if (read > 0) {
+        EXPECT_EQ(Value(0, sign), table[0]);
+        EXPECT_EQ(Value(read - 1, sign), table[read - 1]);
+    }
+    if (read < size) {
+        EXPECT_EQ(0, table[read]);
+        EXPECT_EQ(0, table[size - 1]);
+    }
 }
 
-TEST(ReadTWS, ShortFirstFileStopsAtTheFirstMissingScene) {
-    DeviceRoot root;
-    root.WriteTable("tws_config1.bin", 10 * kTwsSceneWords);
-    root.WriteTable("tws_config2.bin", kTwsFileValues);
-    LogCapture log;
-    Orlune::ReadTWS(Orlune::gTwsConfig, kTwsSceneWords);
-    const size_t scene9End = 10 * kTwsSceneWords - 1;
-    EXPECT_EQ(Expected(scene9End), Orlune::gTwsConfigRaw[0][scene9End]);
-    EXPECT_EQ(Expected(scene9End), Orlune::gTwsConfigRaw[1][scene9End]);  // scene 9 of both
-    EXPECT_EQ(0, Orlune::gTwsConfigRaw[1][scene9End + 1]);
-    EXPECT_EQ(0, Orlune::gTwsConfigRaw[1][kTwsFileValues - 1]);
-    EXPECT_TRUE(log.Has("ReadTWS: fread error at scene 10, config 0, elmtRead = 0", "orlune_mobile",
-                        ANDROID_LOG_ERROR))
-            << log.Dump();
+TEST(ReadTWS, BothFilesOrNothingAndShortFilesStopAtTheirFirstMissingScene) {
+    // Values in each file (0: no second file), values that reach each table, message.
+    const std::tuple<size_t, size_t, size_t, size_t, const char*> cases[] = {
+            {kTwsFileValues, kTwsFileValues, kTwsFileValues, kTwsFileValues,
+             "ReadTWS: ReadTWS config complete"},
+            {kTwsFileValues, 0, 0, 0, "ReadTWS: get TWS config filename failed"},
+            {10 * kScene, kTwsFileValues, 10 * kScene, 10 * kScene,
+             "ReadTWS: fread error at scene 10, config 0, elmtRead = 0"},
+            {kTwsFileValues, 3 * kScene + 100, 4 * kScene, 3 * kScene + 100,
+             "ReadTWS: fread error at scene 3, config 1, elmtRead = 100"},
+    };
+    for (const auto& [file1, file2, read1, read2, message] : cases) {
+        SCOPED_TRACE(message);
+        memset(Orlune::gTwsConfigRaw, 0, sizeof(Orlune::gTwsConfigRaw));
+        DeviceRoot root;
+        WriteTable(root, "tws_config1.bin", file1);
+        if (file2 > 0) {
+            WriteTable(root, "tws_config2.bin", file2, -1);
+        }
+        LogCapture log;
+        EXPECT_EQ(0, Orlune::ReadTWS(Orlune::gTwsConfig, kTwsSceneWords));
+        EXPECT_EQ(1,
+                  log.Count(message, kTag, file2 == file1 ? ANDROID_LOG_INFO : ANDROID_LOG_ERROR));
+        ExpectFilled(Orlune::gTwsConfigRaw[0], read1, kTwsFileValues);
+        ExpectFilled(Orlune::gTwsConfigRaw[1], read2, kTwsFileValues, -1);
+    }
 }
 
-TEST(ReadTWS, ShortSecondFileLogsConfigOneWithThePartialCount) {
-    DeviceRoot root;
-    root.WriteTable("tws_config1.bin", kTwsFileValues);
-    root.WriteTable("tws_config2.bin", 3 * kTwsSceneWords + 100);
-    LogCapture log;
-    Orlune::ReadTWS(Orlune::gTwsConfig, kTwsSceneWords);
-    EXPECT_TRUE(log.Has("ReadTWS: fread error at scene 3, config 1, elmtRead = 100")) << log.Dump();
-    EXPECT_EQ(Expected(3 * kTwsSceneWords), Orlune::gTwsConfigRaw[0][3 * kTwsSceneWords]);
-    EXPECT_EQ(0, Orlune::gTwsConfigRaw[0][4 * kTwsSceneWords]);
-}
-
-TEST(BinaryReaders, WrongLengthArgumentsAreRejected) {
+TEST(BinaryReaders, LengthMissingShortAndFullFiles) {
     DeviceRoot root;
     LogCapture log;
     EXPECT_EQ(-1, Orlune::ReadTWS(Orlune::gTwsConfig, 4104));
     EXPECT_EQ(-1, Orlune::ReadSUR(Orlune::gX2BConfig, 2560));
     EXPECT_EQ(-1, Orlune::ReadLPH(Orlune::gLphConfig, 2052));
     EXPECT_EQ(-1, Orlune::ReadTEH(Orlune::gTehConfig, 9599));
+    for (const char* reader : {"ReadTWS", "ReadSUR", "ReadLPH", "ReadTEH"}) {
+        EXPECT_EQ(1, log.Count(std::string(reader) + ": length error", kTag, ANDROID_LOG_ERROR));
+    }
+    // File, reader, table and its size, values in the file, the message and its priority.
+    const std::tuple<const char*, std::function<int()>, const int16_t*, size_t, size_t, const char*,
+                     int>
+            cases[] = {
+                    // SUR reads twice its length argument.
+                    {"sur_config.bin", [] { return Orlune::ReadSUR(Orlune::gX2BConfig, 1280); },
+                     Orlune::gX2BConfig, kSurWords, kSurWords, "ReadSUR: ReadSUR config complete",
+                     ANDROID_LOG_INFO},
+                    // 19 rows: the twentieth read comes back empty.
+                    {"lph_config.bin", [] { return Orlune::ReadLPH(Orlune::gLphConfig, 2053); },
+                     reinterpret_cast<const int16_t*>(Orlune::gLphConfig), kLphRows * kLphRowWords,
+                     19 * kLphRowWords, "ReadLPH: fread error, elmtRead = 0", ANDROID_LOG_WARN},
+                    {"teh_config.bin", [] { return Orlune::ReadTEH(Orlune::gTehConfig, 9600); },
+                     Orlune::gTehConfig, kTehWords, 9000, "ReadTEH: fread error, elmtRead = 9000",
+                     ANDROID_LOG_ERROR},
+                    {"ascconfig1.bin", [] { return Orlune::ReadASC1(Orlune::gAscConfig1, 2053); },
+                     Orlune::gAscConfig1, kAsc1Words, 10, "fread error, elmtRead = 10",
+                     ANDROID_LOG_INFO},
+            };
+    for (const auto& [file, read, table, size, written, message, priority] : cases) {
+        EXPECT_EQ(-1, read()) << "missing " << file;
+    }
+    EXPECT_EQ(0, log.CountContaining("complete") + log.CountContaining("fread"));
+    for (const auto& [file, read, table, size, written, message, priority] : cases) {
+        SCOPED_TRACE(message);
+        WriteTable(root, file, written);
+        log.Clear();
+        EXPECT_EQ(0, read());
+        EXPECT_EQ(1, log.Count(message, kTag, priority)) << log.Dump();
+        ExpectFilled(table, written, size);
+    }
+}
+
+const int16_t* Scene(int table, int scene) {
+    return Orlune::gTwsConfig[table] + scene * kTwsSceneWords;
+}
+
+void MapWithRecords(int virtualId, int id, int extId) {
+    Orlune::gVituralMapTable[virtualId] = RealParamIdStru{id, extId};
+    Orlune::gRealMapTable[id] = AudioOrluneMobilePara{};
+    Orlune::gRealMapTableExt[extId] = AudioOrluneMobileParaExt{};
+}
+
+TEST(ConfigPointers, EachVisitedIdHangsItsSceneAndTheSharedTables) {
+    // Virtual id, its extended record, and the TWS scene it gets (-1: the id is not visited).
+    const int cases[][3] = {
+            {41080, 42, 2},  // headphone, scene 0, then shared with 160, which comes later
+            {160, 42, 2},    // FOLDED, PORTRAIT, VOICEENHANCE
+            {4000 + 400 + 20 * 1 + 6, 44, 9},  // FULL, LANDSCAPE, GAME, LOUD
+            {8000 + 400 + 20 * 8, 46, 10},     // HALF_FOLDED, LANDSCAPE, VOICEENHANCE
+            {41643, 50, 0},                    // headphone, the last one
+            {41004, 52, -1},                   // headphone level 4
+    };
+    for (const auto& c : cases) {
+        MapWithRecords(c[0], c[1] - 1, c[1]);
+    }
+    Orlune::KivInitConfigPointer();
+    for (const auto& [virtualId, extId, scene] : cases) {
+        SCOPED_TRACE(virtualId);
+        const AudioOrluneMobileParaExt& ext = Orlune::gRealMapTableExt.at(extId);
+        const bool visited = scene >= 0;
+        EXPECT_EQ(visited ? Scene(0, scene) : nullptr, ext.twsTable1);
+        EXPECT_EQ(visited ? Scene(1, scene) : nullptr, ext.twsTable2);
+        EXPECT_EQ(visited ? Orlune::gLphConfig : nullptr, ext.lphTable);
+        EXPECT_EQ(visited ? Orlune::gX2BConfig : nullptr, ext.surTable);
+        EXPECT_EQ(visited ? Orlune::gTehConfig : nullptr, ext.tehTable);
+        EXPECT_EQ(visited ? Orlune::gAscConfig1 : nullptr, ext.ascTable1);
+        EXPECT_EQ(visited ? Orlune::gAscConfig2 : nullptr, ext.ascTable2);
+    }
+    // Virtual id 0 reaches the built-in zero record.
+    EXPECT_EQ(Scene(0, 0), Orlune::gRealMapTableExt.at(0).twsTable1);
+}
+
+TEST(ConfigPointers, EveryVisitedIdIsLoggedOnceInVisitingOrder) {
+    Orlune::gVituralMapTable.clear();
+    Orlune::gVituralMapTable[41000] = RealParamIdStru{41, 42};  // no extended record 42
+    Orlune::gVituralMapTable[4000] = RealParamIdStru{41, 42};
+    LogCapture log;
+    Orlune::KivInitConfigPointer();
     std::vector<LogLine> lines = log.Lines();
-    ASSERT_EQ(4u, lines.size()) << log.Dump();
-    EXPECT_EQ("ReadTWS: length error", lines[0].message);
-    EXPECT_EQ("ReadSUR: length error", lines[1].message);
-    EXPECT_EQ("ReadLPH: length error", lines[2].message);
-    EXPECT_EQ("ReadTEH: length error", lines[3].message);
+    ASSERT_EQ(414u, lines.size());
+    const std::string hp = "KivInitConfigPointer HP do not find currentParamID currentParamMode: ";
+    const std::string spk =
+            "KivInitConfigPointer SPK do not find currentParamID currentParamMode: ";
+    // 36 headphone ids, then per fold state 63 portrait and 63 landscape speaker ids.
+    const std::pair<size_t, std::string> expected[] = {
+            {0, "KivInitConfigPointer HP do not currentRealParamExtID currentParamMode: 41000"},
+            {1, hp + "41001 "},
+            {35, hp + "41643 "},
+            {36, spk + "0"},
+            {36 + 63, spk + "400"},
+            {36 + 126,
+             "KivInitConfigPointer SPK do not find currentRealParamExtID currentParamMode: 4000"},
+            {413, spk + "8566"},
+    };
+    for (const auto& [line, message] : expected) {
+        EXPECT_EQ(message, lines[line].message) << "line " << line;
+        EXPECT_EQ(ANDROID_LOG_DEBUG, lines[line].priority);
+    }
 }
 
-TEST(BinaryReaders, SurReadsTwiceItsLengthArgument) {
-    DeviceRoot root;
-    root.WriteTable("sur_config.bin", kSurWords);
-    LogCapture log;
-    EXPECT_EQ(0, Orlune::ReadSUR(Orlune::gX2BConfig, kSurWords / 2));
-    EXPECT_EQ(Expected(kSurWords - 1), Orlune::gX2BConfig[kSurWords - 1]);
-    EXPECT_TRUE(log.Has("ReadSUR: ReadSUR config complete", "orlune_mobile", ANDROID_LOG_INFO));
-    EXPECT_EQ(0, log.CountContaining("fread error"));
-}
-
-TEST(BinaryReaders, ShortFilesAreAcceptedWithTheirCountAtTheirPriority) {
-    DeviceRoot root;
-    root.WriteTable("sur_config.bin", 2000);
-    root.WriteTable("lph_config.bin", 19 * kLphRowWords);
-    root.WriteTable("teh_config.bin", 9000);
-    root.WriteTable("ascconfig1.bin", 10);
-    LogCapture log;
-    EXPECT_EQ(0, Orlune::ReadSUR(Orlune::gX2BConfig, kSurWords / 2));
-    EXPECT_EQ(0, Orlune::ReadLPH(Orlune::gLphConfig, kLphRowWords));
-    EXPECT_EQ(0, Orlune::ReadTEH(Orlune::gTehConfig, kTehWords));
-    EXPECT_EQ(0, Orlune::ReadASC1(Orlune::gAscConfig1, kAsc1Words));
-    EXPECT_TRUE(
-            log.Has("ReadSUR: fread error, elmtRead = 2000", "orlune_mobile", ANDROID_LOG_WARN));
-    EXPECT_EQ(1,
-              log.Count("ReadLPH: fread error, elmtRead = 0", "orlune_mobile", ANDROID_LOG_WARN));
-    EXPECT_TRUE(log.Has("ReadLPH: ReadLPH config complete"));
-    EXPECT_TRUE(
-            log.Has("ReadTEH: fread error, elmtRead = 9000", "orlune_mobile", ANDROID_LOG_ERROR));
-    EXPECT_TRUE(log.Has("fread error, elmtRead = 10", "orlune_mobile", ANDROID_LOG_INFO));
-    EXPECT_EQ(2, log.Count("Read config complete"));  // TEH and ASC1
-    EXPECT_EQ(Expected(2053 * 18 + 5), Orlune::gLphConfig[18][5]);
-    EXPECT_EQ(0, Orlune::gLphConfig[19][0]);
-    EXPECT_EQ(0, Orlune::gTehConfig[9000]);
-    EXPECT_EQ(Expected(9), Orlune::gAscConfig1[9]);
-    EXPECT_EQ(0, Orlune::gAscConfig1[10]);
-}
-
-TEST(BinaryReaders, MissingFilesReturnMinusOneAndLeaveZeros) {
-    DeviceRoot root;
-    LogCapture log;
-    EXPECT_EQ(-1, Orlune::ReadSUR(Orlune::gX2BConfig, kSurWords / 2));
-    EXPECT_EQ(-1, Orlune::ReadLPH(Orlune::gLphConfig, kLphRowWords));
-    EXPECT_EQ(-1, Orlune::ReadTEH(Orlune::gTehConfig, kTehWords));
-    EXPECT_EQ(-1, Orlune::ReadASC1(Orlune::gAscConfig1, kAsc1Words));
-    EXPECT_EQ(-1, Orlune::ReadASC2(Orlune::gAscConfig2, kAsc2Words));
-    EXPECT_EQ(0, log.CountContaining("complete"));
-    EXPECT_EQ(0, log.CountContaining("fread"));
-}
-
-TEST(BinaryReaders, ProductSpecificTableComesFirst) {
-    DeviceRoot root;
-    root.SetProductNode(0, "THETA");
-    root.WriteTable("ascconfig2.bin", kAsc2Words);
-    root.WriteTableValues("ascconfig2_THETA.bin", std::vector<int16_t>(kAsc2Words, 42));
-    Orlune::GetProductNameConfig();
-    EXPECT_EQ(0, Orlune::ReadASC2(Orlune::gAscConfig2, kAsc2Words));
-    EXPECT_EQ(42, Orlune::gAscConfig2[kAsc2Words - 1]);
+TEST(Resolution, KeyZeroAnswersUntilTheFirstInstancePrunesIt) {
+    using R = Orlune::Resolve;
+    auto resolve = [](int id) { return Orlune::ResolveVirtualId(id, nullptr, nullptr, nullptr); };
+    MapWithRecords(5, 7, 8);
+    Orlune::gVituralMapTable[6] = RealParamIdStru{7, 10};
+    EXPECT_EQ(R::Found, resolve(0));
+    EXPECT_EQ(R::NoVirtualId, resolve(1));
+    EXPECT_EQ(R::NoRealRecord, resolve(6));
+    RealParamIdStru ids{};
+    const AudioOrluneMobilePara* para = nullptr;
+    const AudioOrluneMobileParaExt* ext = nullptr;
+    EXPECT_EQ(R::Found, Orlune::ResolveVirtualId(5, &ids, &para, &ext));
+    EXPECT_EQ(8, ids.EXTID);
+    EXPECT_EQ(&Orlune::gRealMapTable.at(7), para);
+    EXPECT_EQ(&Orlune::gRealMapTableExt.at(8), ext);
+    auto first = std::make_unique<Orlune>();
+    EXPECT_EQ(R::NoVirtualId, resolve(0));
+    EXPECT_EQ(R::Found, resolve(5));
 }
 
 }  // namespace

@@ -10,118 +10,69 @@ namespace {
 
 class VolumeLevels : public ::testing::Test {
 protected:
-    // Raw words 1..36: row r (0..5) holds base + 6r + i, so every row is told apart.
-    static void FillRaw(int base) {
-        for (int i = 1; i < kVolumeThrRawWords; ++i) {
-            Orlune::gVolumeThrRaw[i] = static_cast<int16_t>(base + i);
+    static void SetRaw(int first, std::initializer_list<int16_t> words) {
+        for (int16_t w : words) {
+            Orlune::gVolumeThrRaw[first++] = w;
         }
     }
     std::unique_ptr<Orlune> o = std::make_unique<Orlune>();
 };
 
-TEST_F(VolumeLevels, RowsComeFromTheirRawWordsAndTheLastThreeAreCopies) {
-    FillRaw(100);
-    Orlune::gVolumeThrRaw[0] = 0;
-    o->ParseVolumeThr();
-    const int expectedFirstWord[SCENE_COUNT] = {1, 7, 13, 19, 25, 31, 7, 1, 13};
-    for (int scene = 0; scene < SCENE_COUNT; ++scene) {
-        for (int i = 0; i < kThresholdsPerScene; ++i) {
-            EXPECT_EQ(100 + expectedFirstWord[scene] + i, o->volumeThresholds[scene][i])
-                    << "scene " << scene << " position " << i;
-        }
+TEST_F(VolumeLevels, RowsAreCopiedFromTheirRawWordsAndANegativeWordIsLoggedPerRow) {
+    for (int i = 1; i < kVolumeThrRawWords; ++i) {
+        Orlune::gVolumeThrRaw[i] = static_cast<int16_t>(100 + i);
     }
-    EXPECT_FALSE(o->volumeThrSwitch);
-    Orlune::gVolumeThrRaw[0] = 2;
-    o->ParseVolumeThr();
-    EXPECT_TRUE(o->volumeThrSwitch);
-}
-
-TEST_F(VolumeLevels, NegativeWordIsLoggedForEveryRowThatCopiesIt) {
-    FillRaw(0);
     Orlune::gVolumeThrRaw[8] = -5;  // GAME position 1, copied into GAME_HIGH_TEMP
     LogCapture log;
     o->ParseVolumeThr();
+    const int firstWord[SCENE_COUNT] = {1, 7, 13, 19, 25, 31, 7, 1, 13};
+    for (int scene = 0; scene < SCENE_COUNT; ++scene) {
+        for (int i = 0; i < kThresholdsPerScene; ++i) {
+            const int word = firstWord[scene] + i;
+            EXPECT_EQ(word == 8 ? 0 : 100 + word, o->volumeThresholds[scene][i])
+                    << "scene " << scene << " position " << i;
+        }
+    }
     std::vector<LogLine> lines = log.Lines();
     ASSERT_EQ(2u, lines.size()) << log.Dump();
     EXPECT_EQ(" 1 KivReadConfig volumeThrFixed error", lines[0].message);
     EXPECT_EQ(" 6 KivReadConfig volumeThrFixed error", lines[1].message);
     EXPECT_EQ(ANDROID_LOG_ERROR, lines[1].priority);
-    EXPECT_EQ(0, o->volumeThresholds[SCENE_GAME][1]);
-    EXPECT_EQ(0, o->volumeThresholds[SCENE_GAME_HIGH_TEMP][1]);
     EXPECT_EQ(-32768, Orlune::gVolumeThrRaw[8]);
+    EXPECT_FALSE(o->volumeThrSwitch);
     // The overwritten word stays negative for every later parse, by any instance.
+    Orlune::gVolumeThrRaw[0] = 2;
     log.Clear();
-    auto second = std::make_unique<Orlune>();
-    second->ParseVolumeThr();
+    o->ParseVolumeThr();
+    EXPECT_TRUE(o->volumeThrSwitch);
     EXPECT_EQ(2, log.CountContaining("KivReadConfig volumeThrFixed error"));
 }
 
-TEST_F(VolumeLevels, MusicRowDecidesLevelsForMusicRingAndHeadphones) {
-    const int16_t row[] = {3, 6, 9, 11, 13, 15};
-    for (int i = 0; i < 6; ++i) {
-        Orlune::gVolumeThrRaw[1 + i] = row[i];
-    }
-    o->ParseVolumeThr();
-    struct {
-        short index;
-        int level;
-    } cases[] = {{-4, VOL_LOW},
-                 {3, VOL_LOW},
-                 {4, VOL_ONE},
-                 {9, VOL_TWO},
-                 {15, VOL_FIVE},
-                 {16, VOL_LOUD},
-                 {static_cast<short>(65536), VOL_LOW}};
-    for (int scene : {SCENE_MUSIC, SCENE_RING}) {
+TEST_F(VolumeLevels, FirstThresholdAtOrAboveTheIndexDecides) {
+    SetRaw(1, {3, 6, 9, 11, 13, 15});  // MUSIC, also RING
+    SetRaw(7, {10, 2, 20, 0, 0, 30});  // GAME: not in order, taken as it is
+    o->ParseVolumeThr();               // MOVIE stays all zero
+    const int cases[][3] = {
+            {SCENE_MUSIC, -4, VOL_LOW},    {SCENE_MUSIC, 3, VOL_LOW},
+            {SCENE_MUSIC, 4, VOL_ONE},     {SCENE_MUSIC, 9, VOL_TWO},
+            {SCENE_MUSIC, 15, VOL_FIVE},   {SCENE_MUSIC, 16, VOL_LOUD},
+            {SCENE_RING, 16, VOL_LOUD},    {SCENE_RING, 9, VOL_TWO},
+            {SCENE_MUSIC, 65536, VOL_LOW},  // compared as a 16-bit 0
+            {SCENE_GAME, 5, VOL_LOW},      {SCENE_GAME, 15, VOL_TWO},
+            {SCENE_GAME, 25, VOL_FIVE},    {SCENE_MOVIE, 0, VOL_LOW},
+            {SCENE_MOVIE, 1, VOL_LOUD},
+    };
+    for (const auto& [scene, index, level] : cases) {
+        SCOPED_TRACE(testing::Message() << "scene " << scene << " index " << index);
         o->sceneMode = scene;
-        for (const auto& c : cases) {
-            o->VolumeIndexToVolLevel(c.index);
-            EXPECT_EQ(c.level, o->volumeLevel) << "scene " << scene << " index " << c.index;
-            o->VolumeIndexToVolLevelHp(c.index);
-            EXPECT_EQ(c.level, o->hpVolumeLevel) << "index " << c.index;
+        o->VolumeIndexToVolLevel(static_cast<short>(index));
+        EXPECT_EQ(level, o->volumeLevel);
+        if (scene == SCENE_MUSIC) {  // headphones always use the MUSIC row
+            o->sceneMode = SCENE_GAME;
+            o->VolumeIndexToVolLevelHp(static_cast<short>(index));
+            EXPECT_EQ(level, o->hpVolumeLevel);
         }
     }
-}
-
-TEST_F(VolumeLevels, EmptyConfigurationGivesLowAtZeroAndLoudAbove) {
-    o->ParseVolumeThr();
-    o->sceneMode = SCENE_GAME;
-    o->VolumeIndexToVolLevel(0);
-    EXPECT_EQ(VOL_LOW, o->volumeLevel);
-    o->VolumeIndexToVolLevel(1);
-    EXPECT_EQ(VOL_LOUD, o->volumeLevel);
-}
-
-TEST_F(VolumeLevels, UnorderedRowsAreTakenAsTheyAre) {
-    const int16_t row[] = {10, 2, 20, 0, 0, 30};
-    for (int i = 0; i < 6; ++i) {
-        Orlune::gVolumeThrRaw[7 + i] = row[i];  // GAME
-    }
-    o->ParseVolumeThr();
-    o->sceneMode = SCENE_GAME;
-    o->VolumeIndexToVolLevel(5);
-    EXPECT_EQ(VOL_LOW, o->volumeLevel);
-    o->VolumeIndexToVolLevel(15);
-    EXPECT_EQ(VOL_TWO, o->volumeLevel);
-    o->VolumeIndexToVolLevel(25);
-    EXPECT_EQ(VOL_FIVE, o->volumeLevel);
-}
-
-TEST_F(VolumeLevels, CopyingIgnoresCountsBelowOneAndUnknownScenes) {
-    unsigned short raw[8] = {4, 5, 6, 7, 8, 9, 10, 11};
-    o->VolumeThrToIndex(SCENE_VIDEO, raw, 0);
-    EXPECT_EQ(0, o->volumeThresholds[SCENE_VIDEO][0]);
-    o->VolumeThrToIndex(SCENE_VIDEO, raw, 2);
-    EXPECT_EQ(5, o->volumeThresholds[SCENE_VIDEO][1]);
-    EXPECT_EQ(0, o->volumeThresholds[SCENE_VIDEO][2]);
-    o->VolumeThrToIndex(SCENE_VIDEO, raw, 8);  // a row holds six
-    EXPECT_EQ(9, o->volumeThresholds[SCENE_VIDEO][5]);
-    EXPECT_EQ(0, o->volumeThresholds[SCENE_LOWPOWER][0]);
-    o->VolumeThrToIndex(static_cast<PARAM_INDEX_ZELO_SCENE>(SCENE_COUNT), raw, 6);
-    o->sceneMode = 12;
-    o->volumeLevel = VOL_THREE;
-    o->VolumeIndexToVolLevel(100);
-    EXPECT_EQ(VOL_THREE, o->volumeLevel);
 }
 
 }  // namespace
