@@ -1,9 +1,10 @@
 // Finding configuration files: product name nodes, product-specific before generic names, path
-// limits, and the version of the local configuration.
-#include <unistd.h>
+// limits, the local version, and the choice of the over-the-air copy and of region files.
+#include <string.h>
 
 #include <filesystem>
 #include <string>
+#include <tuple>
 
 #include <gtest/gtest.h>
 
@@ -14,109 +15,79 @@
 
 namespace {
 
+namespace fs = std::filesystem;
+const char* const kTag = "orlune_mobile";
+
 std::string RealConfig(const char* base, const char* ext) {
     char out[kPathBytes] = {};
     const char* p = Orlune::GetRealConfigFile(base, ext, out);
     return p != nullptr ? p : "(null)";
 }
 
-TEST(ProductName, NoNodeKeepsTheNameUnknownAndOnlyTheGenericFileIsTried) {
-    DeviceRoot root;
-    root.WriteKiv("kiv_config.xml", "<a/>");
-    LogCapture log;
-    Orlune::GetProductNameConfig();
-    EXPECT_EQ(2, log.Count("GetProductNameConfig product name path do not find", "orlune_mobile",
-                           ANDROID_LOG_ERROR));
-    EXPECT_EQ(0u, Orlune::gGetProductNameResult);
-
-    log.Clear();
-    EXPECT_EQ("/odm/etc/kiv/kiv_config.xml", RealConfig("kiv_config", "xml"));
-    std::vector<LogLine> lines = log.Lines();
-    ASSERT_EQ(2u, lines.size()) << log.Dump();
-    EXPECT_EQ("read getRealConfigFile realConfigFile kiv/kiv_config.xml", lines[0].message);
-    EXPECT_EQ("GetFileRealPath realFilePath /odm/etc/kiv/kiv_config.xml", lines[1].message);
-    EXPECT_EQ(ANDROID_LOG_INFO, lines[1].priority);
+// A device path that exists as a name but cannot be resolved.
+void DanglingLink(const DeviceRoot& root, const std::string& devicePath) {
+    fs::create_directories(fs::path(root.HostPath(devicePath)).parent_path());
+    fs::create_symlink(root.HostPath("/nowhere"), root.HostPath(devicePath));
 }
 
-TEST(ProductName, SecondNodeWinsAndItsFileComesBeforeTheGenericOne) {
-    DeviceRoot root;
-    root.SetProductNode(0, "ALPHA");
-    root.SetProductNode(1, "BETA");
-    root.WriteKiv("kiv_config.xml", "<a/>");
-    root.WriteKiv("kiv_config_ALPHA.xml", "<a/>");
-    root.WriteKiv("kiv_config_BETA.xml", "<a/>");
-    Orlune::GetProductNameConfig();
-    EXPECT_STREQ("BETA", Orlune::gProductName);
-    EXPECT_EQ(4u, Orlune::gGetProductNameResult);
-    LogCapture log;
-    EXPECT_EQ("/odm/etc/kiv/kiv_config_BETA.xml", RealConfig("kiv_config", "xml"));
-    EXPECT_TRUE(log.Has("read getRealConfigFile realConfigFile kiv/kiv_config_BETA.xml"))
-            << log.Dump();
+// A main file whose only record, 41, carries `marker` as its first word.
+std::string MainWithMarker(int marker) {
+    return XmlDocument({NvRecord(41, {marker})});
 }
 
-TEST(ProductName, FailedSecondNodeLeavesTheFirstNodesName) {
-    DeviceRoot root;
-    root.SetProductNode(0, "ALPHA");
-    // A dangling link: the node exists as a name but cannot be resolved.
-    std::filesystem::create_directories(root.HostPath("/proc/device-tree/audio_hw_config"));
-    std::filesystem::create_symlink(
-            root.HostPath("/nowhere"),
-            root.HostPath("/proc/device-tree/audio_hw_config/product_name"));
-    LogCapture log;
-    Orlune::GetProductNameConfig();
-    EXPECT_STREQ("ALPHA", Orlune::gProductName);
-    EXPECT_EQ(5u, Orlune::gGetProductNameResult);
-    EXPECT_EQ(1, log.Count("GetProductNameConfig product name path do not find"));
+int LoadedMarker() {
+    auto it = Orlune::gRealMapTable.find(41);
+    return it == Orlune::gRealMapTable.end() ? -1 : it->second.words[0];
 }
 
-TEST(ProductName, TrailingNewlineIsKeptSoTheProductFileIsNotFound) {
-    DeviceRoot root;
-    root.SetProductNode(1, "GAMMA\n");
-    root.WriteKiv("kiv_config.xml", "<a/>");
-    root.WriteKiv("kiv_config_GAMMA.xml", "<a/>");
-    Orlune::GetProductNameConfig();
-    EXPECT_STREQ("GAMMA\n", Orlune::gProductName);
-    EXPECT_EQ(6u, Orlune::gGetProductNameResult);
-    EXPECT_EQ("/odm/etc/kiv/kiv_config.xml", RealConfig("kiv_config", "xml"));
-}
-
-TEST(RealConfigFile, UnusableProductFileFallsBackToTheGenericName) {
-    DeviceRoot root;
-    root.SetProductNode(0, "DELTA");
-    root.WriteKiv("tws_config1.bin", "xx");
-    std::filesystem::create_symlink(root.HostPath("/gone.bin"),
-                                    root.HostPath("/odm/etc/kiv/tws_config1_DELTA.bin"));
-    Orlune::GetProductNameConfig();
-    LogCapture log;
-    EXPECT_EQ("/odm/etc/kiv/tws_config1.bin", RealConfig("tws_config1", "bin"));
-    EXPECT_EQ(1, log.Count("GetFileRealPath get file fail", "orlune_mobile", ANDROID_LOG_ERROR));
-    EXPECT_TRUE(log.Has("read getRealConfigFile realConfigFile kiv/tws_config1.bin"));
-}
-
-TEST(RealConfigFile, UnreadableProductFileFallsBackToTheGenericName) {
-    if (geteuid() == 0) {
-        GTEST_SKIP() << "access() grants everything to root";
+TEST(ProductName, BothNodesAreReadInOrderAndTheNameSelectsTheFile) {
+    const std::string kNodes[] = {"/proc/device-tree/soc/audio_alg_info/product_name",
+                                  "/proc/device-tree/audio_hw_config/product_name"};
+    // Node texts (null: no node, "": a dangling link), then the name read, the file chosen, and
+    // how many nodes and file lookups fail.
+    const std::tuple<const char*, const char*, const char*, const char*, int, int> cases[] = {
+            {nullptr, nullptr, "", "kiv_config.xml", 2, 0},
+            {"ALPHA", "BETA", "BETA", "kiv_config_BETA.xml", 0, 0},
+            {"ALPHA", "", "ALPHA", "kiv_config_ALPHA.xml", 1, 0},
+            {nullptr, "GAMMA\n", "GAMMA\n", "kiv_config.xml", 1, 1},  // the newline is kept
+            {"DELTA", nullptr, "DELTA", "kiv_config.xml", 1, 1},      // its file is a dangling link
+    };
+    for (const auto& [node0, node1, name, file, nodeFailures, fileFailures] : cases) {
+        SCOPED_TRACE(name);
+        DeviceRoot root;
+        for (const char* suffix : {"", "_ALPHA", "_BETA", "_GAMMA"}) {
+            root.WriteKiv(std::string("kiv_config") + suffix + ".xml", "<a/>");
+        }
+        DanglingLink(root, "/odm/etc/kiv/kiv_config_DELTA.xml");
+        const char* nodes[] = {node0, node1};
+        for (int i = 0; i < 2; ++i) {
+            if (nodes[i] != nullptr && nodes[i][0] == '\0') {
+                DanglingLink(root, kNodes[i]);
+            } else if (nodes[i] != nullptr) {
+                root.WriteFile(kNodes[i], nodes[i]);
+            }
+        }
+        Orlune::gProductName[0] = '\0';
+        Orlune::gGetProductNameResult = 0;
+        LogCapture log;
+        Orlune::GetProductNameConfig();
+        EXPECT_STREQ(name, Orlune::gProductName);
+        EXPECT_EQ(strlen(name), Orlune::gGetProductNameResult);
+        EXPECT_EQ(nodeFailures, log.Count("GetProductNameConfig product name path do not find",
+                                          kTag, ANDROID_LOG_ERROR));
+        log.Clear();
+        EXPECT_EQ(std::string("/odm/etc/kiv/") + file, RealConfig("kiv_config", "xml"));
+        EXPECT_EQ(fileFailures,
+                  log.Count("GetFileRealPath get file fail", kTag, ANDROID_LOG_ERROR));
+        EXPECT_TRUE(log.Has(std::string("read getRealConfigFile realConfigFile kiv/") + file, kTag,
+                            ANDROID_LOG_INFO));
+        EXPECT_TRUE(log.Has(std::string("GetFileRealPath realFilePath /odm/etc/kiv/") + file, kTag,
+                            ANDROID_LOG_INFO));
+        EXPECT_EQ("(null)", RealConfig("sur_config", "bin"));
     }
-    DeviceRoot root;
-    root.SetProductNode(0, "DELTA");
-    root.WriteKiv("kiv_config.xml", "<a/>");
-    root.WriteKiv("kiv_config_DELTA.xml", "<a/>");
-    root.Chmod("/odm/etc/kiv/kiv_config_DELTA.xml", 0);
-    Orlune::GetProductNameConfig();
-    EXPECT_EQ("/odm/etc/kiv/kiv_config.xml", RealConfig("kiv_config", "xml"));
 }
 
-TEST(RealConfigFile, NeitherFileGivesNull) {
-    DeviceRoot root;
-    root.SetProductNode(0, "EPSILON");
-    Orlune::GetProductNameConfig();
-    LogCapture log;
-    EXPECT_EQ("(null)", RealConfig("sur_config", "bin"));
-    EXPECT_EQ(2, log.Count("GetFileRealPath get file fail"));
-    EXPECT_TRUE(log.Has("read getRealConfigFile realConfigFile kiv/sur_config.bin"));
-}
-
-TEST(FileRealPath, PathsAreLimitedTo127Characters) {
+TEST(FileRealPath, PathsAreLimitedTo127CharactersAndTheWordNullIsNoPath) {
     DeviceRoot root;
     // "/odm/etc/" is 9 characters: a name of 118 gives exactly 127.
     const std::string fits = "kiv/" + std::string(114, 'a');
@@ -128,66 +99,99 @@ TEST(FileRealPath, PathsAreLimitedTo127Characters) {
     ASSERT_NE(nullptr, Orlune::GetFileRealPath(fits.c_str(), out, sizeof(out)));
     EXPECT_EQ("/odm/etc/" + fits, std::string(out));
     EXPECT_EQ(nullptr, Orlune::GetFileRealPath(tooLong.c_str(), out, sizeof(out)));
-    EXPECT_EQ(1, log.Count("GetFileRealPath strncpy_s error", "orlune_mobile", ANDROID_LOG_ERROR));
+    EXPECT_EQ(1, log.Count("GetFileRealPath strncpy_s error", kTag, ANDROID_LOG_ERROR));
+    EXPECT_TRUE(Orlune::CheckFileExists(fits.c_str()));
+    EXPECT_FALSE(Orlune::CheckFileExists(tooLong.c_str()));
+    for (const char* none : {static_cast<const char*>(nullptr), "", "null", "NuLL"}) {
+        EXPECT_TRUE(IsNoPath(none));
+    }
+    EXPECT_FALSE(IsNoPath("/null") || IsNoPath("nullx"));
 }
 
-TEST(FileRealPath, TooSmallOutputBufferFailsAsACopyError) {
-    DeviceRoot root;
-    root.WriteKiv("kiv_config.xml", "<a/>");
-    LogCapture log;
-    char out[16] = {};
-    EXPECT_EQ(nullptr, Orlune::GetFileRealPath("kiv/kiv_config.xml", out, sizeof(out)));
-    EXPECT_TRUE(log.Has("GetFileRealPath strncpy_s error"));
-}
-
-TEST(FileRealPath, CheckFileExists) {
-    DeviceRoot root;
-    root.WriteKiv("teh_config.bin", "xx");
-    EXPECT_TRUE(Orlune::CheckFileExists("kiv/teh_config.bin"));
-    EXPECT_FALSE(Orlune::CheckFileExists("kiv/missing.bin"));
-}
-
-TEST(NoPath, NullEmptyAndTheWordNullInAnyCase) {
-    EXPECT_TRUE(IsNoPath(nullptr));
-    EXPECT_TRUE(IsNoPath(""));
-    EXPECT_TRUE(IsNoPath("null"));
-    EXPECT_TRUE(IsNoPath("NuLL"));
-    EXPECT_FALSE(IsNoPath("/null"));
-    EXPECT_FALSE(IsNoPath("nullx"));
-}
-
-int32_t VersionOf(const std::string& text) {
-    DeviceRoot root;
-    root.SetVersionText(text);
-    return Orlune::GetVersionInfo("/odm/etc/kiv/");
-}
-
-TEST(VersionInfo, NumberIsTakenFromIndexEightOfTheMatchingWord) {
-    EXPECT_EQ(123, VersionOf("version=1.2.3\n"));
-    EXPECT_EQ(45, VersionOf("build version:4.5 done"));
-    EXPECT_EQ(-1, VersionOf("1.2.3"));
-    // From index 8 of "myversion=2.0" the text is "n=2.0": "n=20" reads as 0.
-    EXPECT_EQ(0, VersionOf("myversion=2.0"));
-    EXPECT_EQ(0, VersionOf("version"));
-    EXPECT_EQ(7, VersionOf("version=1.2 version=0.7"));
-}
-
-TEST(VersionInfo, AWordTooLongForTheScanEndsTheFile) {
-    EXPECT_EQ(1, VersionOf("version=1 " + std::string(100, 'x') + " version=2"));
-    EXPECT_EQ(2, VersionOf("version=1 " + std::string(99, 'x') + " version=2"));
-}
-
-TEST(VersionInfo, MissingFileAndLogLines) {
+TEST(VersionInfo, NumberFromIndexEightOfTheLastMatchingWord) {
+    const std::pair<std::string, int32_t> cases[] = {
+            {"version=1.2.3\n", 123},
+            {"build version:4.5 done", 45},
+            {"1.2.3", -1},
+            {"myversion=2.0", 0},  // from index 8: "n=2.0", and "n=20" reads as 0
+            {"version=1.2 version=0.7", 7},
+            // A word too long for the 99-character scan ends the file.
+            {"version=1 " + std::string(100, 'x') + " version=2", 1},
+            {"version=1 " + std::string(99, 'x') + " version=2", 2},
+    };
+    for (const auto& [text, version] : cases) {
+        SCOPED_TRACE(text.substr(0, 24));
+        DeviceRoot root;
+        root.SetVersionText(text);
+        LogCapture log;
+        EXPECT_EQ(version, Orlune::GetVersionInfo("/odm/etc/kiv/"));
+        EXPECT_TRUE(log.Has("Read version.txt realpath /odm/etc/kiv/version.txt", kTag,
+                            ANDROID_LOG_INFO));
+    }
     DeviceRoot root;
     LogCapture log;
     EXPECT_EQ(-1, Orlune::GetVersionInfo("/odm/etc/kiv/"));
-    EXPECT_TRUE(log.Has("read version.txt realpath is null", "orlune_mobile", ANDROID_LOG_ERROR));
-    root.SetVersionText("version=3");
-    log.Clear();
-    EXPECT_EQ(3, Orlune::GetVersionInfo("/odm/etc/kiv/"));
-    EXPECT_TRUE(log.Has("Read version.txt realpath /odm/etc/kiv/version.txt", "orlune_mobile",
-                        ANDROID_LOG_INFO))
-            << log.Dump();
+    EXPECT_TRUE(log.Has("read version.txt realpath is null", kTag, ANDROID_LOG_ERROR));
+}
+
+TEST(OtaChoice, DownloadedFileNeedsAStrictlyNewerVersionAndALocalOne) {
+    // version.txt (null: none), whether a local file exists, the over-the-air offer (0 no
+    // directory, 1 no file, 2 version 2.0.0, i.e. 200), the file read (1 local, 2 downloaded,
+    // -1 none), and an error line.
+    const std::tuple<const char*, bool, int, int, const char*> cases[] = {
+            {"version=1.9.9", true, 2, 2, nullptr},
+            {"version=2.0.0", true, 2, 1, nullptr},
+            {nullptr, true, 2, 1, nullptr},
+            {"version=1", false, 2, 2, nullptr},
+            {"version=1", true, 0, 1,
+             "KivReadConfigFromXML 764: get_download_cfg_file return nullptr"},
+            {"version=1", true, 1, 1, "KivReadConfigFromXML 767: cota kiv_config.xml not found"},
+            {"version=1", false, 0, -1, "read kiv_config.xml:path is null"},
+    };
+    for (const auto& [versionText, localXml, ota, marker, error] : cases) {
+        SCOPED_TRACE(testing::Message() << (versionText != nullptr ? versionText : "-") << " "
+                                        << localXml << " " << ota);
+        DeviceRoot root;
+        if (localXml) {
+            root.WriteKiv("kiv_config.xml", MainWithMarker(1));
+        }
+        if (versionText != nullptr) {
+            root.SetVersionText(versionText);
+        }
+        if (ota == 2) {
+            root.SetOta(MainWithMarker(2), "2.0.0");
+        } else if (ota == 1) {
+            root.SetOtaDirOnly();
+        }
+        Orlune::gRealMapTable.erase(41);
+        LogCapture log;
+        Orlune::KivReadConfigFromXML(false);
+        EXPECT_EQ(marker, LoadedMarker());
+        EXPECT_EQ(marker > 0,
+                  log.Has(marker == 2 ? "Read orlune config file /soundalgorithm/kiv_config.xml"
+                                      : "Read orlune config file /odm/etc/kiv/kiv_config.xml",
+                          kTag, ANDROID_LOG_INFO));
+        EXPECT_TRUE(error == nullptr || log.Has(error, kTag, ANDROID_LOG_ERROR)) << log.Dump();
+    }
+}
+
+TEST(RegionFiles, BothReadersReadTheRegionFileOnlyWhenEnabled) {
+    DeviceRoot root;
+    root.SetProperty("ro.config.music_region", "eu");
+    root.WriteKiv("kiv_config.xml", MainWithMarker(1));
+    root.WriteKiv("kiv_config_vmap.xml", XmlDocument({NvMap(7000, 41, 42)}));
+    root.WriteKiv("kiv_config_eu.xml", XmlDocument({NvRecord(41, {3}), NvMap(8000, 41, 42)}));
+    Orlune::KivReadConfigFromXML(false);
+    EXPECT_EQ(1, LoadedMarker());
+    Orlune::gRealMapTable.erase(41);
+    LogCapture log;
+    Orlune::KivReadConfigFromXML(true);
+    Orlune::KivReadConfigTableFromXML(true);
+    EXPECT_EQ(3, LoadedMarker());
+    EXPECT_EQ(1u, Orlune::gVituralMapTable.count(8000));
+    EXPECT_EQ(0u, Orlune::gVituralMapTable.count(7000));
+    EXPECT_TRUE(log.Has("Read orlune config file /odm/etc/kiv/kiv_config_eu.xml"));
+    EXPECT_TRUE(log.Has("Read orlune config vmap file /odm/etc/kiv/kiv_config_eu.xml"));
 }
 
 }  // namespace
