@@ -1,0 +1,276 @@
+// The two XML readers: value tokens, the main file's fixed tables and records (staging records,
+// first-wins merging, limits), the virtual-map file's elements, and reading whole files.
+#include <stdlib.h>
+#include <string.h>
+
+#include <random>
+#include <string>
+#include <tuple>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "config/TokenList.h"
+#include "effect/orlune.h"
+#include "tests/support/DeviceRoot.h"
+#include "tests/support/LogCapture.h"
+
+namespace {
+
+using StartHandler = void (*)(void*, const char*, const char**);
+const char* const kTag = "orlune_mobile";
+const std::string kNoValues = "StartElement() paramPtr or elem is null, elemNum: 0";
+
+// Calls an element handler as expat would, with name/value pairs.
+void Start(StartHandler handler, const char* name, const std::vector<std::string>& pairs) {
+    std::vector<const char*> attrs;
+    for (const std::string& p : pairs) {
+        attrs.push_back(p.c_str());
+    }
+    attrs.push_back(nullptr);
+    handler(nullptr, name, attrs.data());
+}
+
+void StartMain(const std::string& id, const std::string& value) {
+    Start(Orlune::StartElement, "NV", {"ID", id, "PARAM_VALUE", value});
+}
+
+// `count` hexadecimal words first, first + 1, ... (without 0x, so that long lists fit).
+std::string HexList(int count, int first = 1) {
+    std::string out;
+    char word[16];
+    for (int i = 0; i < count; ++i) {
+        snprintf(word, sizeof(word), "%x,", (first + i) & 0xffff);
+        out += word;
+    }
+    return out;
+}
+
+// Feeds elements to a handler and compares the lines each one logs, in order: the value-count
+// and record lines at info, every other line at error.
+struct ElementCase {
+    const char* name;
+    std::vector<std::string> attrs;
+    std::vector<std::string> lines;
+};
+
+void ExpectElementLogs(StartHandler handler, const std::vector<ElementCase>& cases) {
+    LogCapture log;
+    for (const ElementCase& c : cases) {
+        SCOPED_TRACE(std::string(c.name) + " " + (c.attrs.empty() ? "" : c.attrs[1].substr(0, 9)));
+        log.Clear();
+        Start(handler, c.name, c.attrs);
+        std::vector<std::string> got;
+        for (const LogLine& line : log.Lines()) {
+            got.push_back(line.message);
+            const bool info = line.message.rfind("XMLLengthCheck:", 0) == 0 ||
+                              line.message.rfind("attrIDValue:", 0) == 0 ||
+                              line.message.rfind("StartElementMapTable attr", 0) == 0;
+            EXPECT_EQ(info ? ANDROID_LOG_INFO : ANDROID_LOG_ERROR, line.priority) << line.message;
+            EXPECT_EQ(kTag, line.tag);
+        }
+        EXPECT_EQ(c.lines, got);
+    }
+}
+
+const AudioOrluneMobilePara& Main(int32_t id) {
+    return Orlune::gRealMapTable.at(id);
+}
+
+const AudioOrluneMobileParaExt& Ext(int32_t id) {
+    return Orlune::gRealMapTableExt.at(id);
+}
+
+std::vector<std::string> Split(std::string text, const char* delimiters = kXmlDelimiters) {
+    std::vector<std::string> out;
+    TokenList tokens(text.data(), delimiters);
+    for (const char* t = tokens.Next(); t != nullptr; t = tokens.Next()) {
+        out.push_back(t);
+    }
+    return out;
+}
+
+int16_t Strtol16(const std::string& token) {
+    return static_cast<int16_t>(static_cast<uint16_t>(strtol(token.c_str(), nullptr, 16)));
+}
+
+TEST(ValueTokens, SplitAtEveryDelimiterAndReadLikeStrtolInBase16) {
+    EXPECT_EQ((std::vector<std::string>{"1A", "FF", "0x10", "7", "8", "9", "a\vb"}),
+              Split("{1A;FF}[0x10]=7\t8\n9\r ,a\vb,,;"));
+    EXPECT_TRUE(Split(" ,;{}[]=\t\n\r").empty());
+    for (const std::string& t :
+         Split("0|ffff|10000|1ffff|8000|-1|-8000|+12|0x1G|ZZ|0x|0xg|x12|-|--1| 12|\v\f1|-0x10|"
+               "0X7fff|12zz|ffffffffffffffff|7fffffffffffffff|8000000000000000|-8000000000000000|"
+               "-8000000000000001|10000000000000000|-10000000000000000|00000000000000000000001",
+               "|")) {
+        EXPECT_EQ(Strtol16(t), HexToken(t.c_str())) << "token \"" << t << "\"";
+    }
+    std::mt19937 rng(7);
+    const std::string alphabet = "0123456789abcdefABCDEFxXgz+- \t";
+    for (int i = 0; i < 20000; ++i) {
+        std::string token(1 + rng() % 20, ' ');
+        for (char& c : token) {
+            c = alphabet[rng() % alphabet.size()];
+        }
+        ASSERT_EQ(Strtol16(token), HexToken(token.c_str())) << "token \"" << token << "\"";
+    }
+    // Ids detect their base: octal after a leading 0.
+    EXPECT_EQ(8, IntegerAttr("010"));
+    EXPECT_EQ(0, IntegerAttr("08"));
+}
+
+TEST(MainXml, FixedTablesFillUpToTheirCapacityAndOnlyAShortListIsLogged) {
+    // 30182 first: a spill of 30181 past word 255 would overwrite what it wrote.
+    const std::tuple<const char*, const int16_t*, int> tables[] = {
+            {"30182", Orlune::gParameterHpType + 256, 32},
+            {"30181", Orlune::gParameterHpType, 256},
+            {"30160", Orlune::gVolumeThrRaw, 37}};
+    LogCapture log;
+    for (const auto& [id, table, capacity] : tables) {
+        SCOPED_TRACE(id);
+        log.Clear();
+        StartMain(id, HexList(capacity, 0x100));
+        EXPECT_EQ(1, log.Count(std::string("XMLLengthCheck:") + id, kTag, ANDROID_LOG_INFO));
+        log.Clear();
+        StartMain(id, HexList(capacity + 3, 0x1000));  // 40 values for 30160: silently 37
+        EXPECT_EQ(0u, log.Lines().size()) << log.Dump();
+        EXPECT_EQ(0x1000, table[0]);
+        EXPECT_EQ(0x1000 + capacity - 1, table[capacity - 1]);
+        EXPECT_EQ(0u,
+                  Orlune::gRealMapTable.count(atoi(id)) + Orlune::gRealMapTableExt.count(atoi(id)));
+    }
+    EXPECT_EQ(0x1000, Orlune::gParameterHpType[256]);
+    // 0x75D0 is 30160; tokens are hexadecimal with any delimiter, kept as their low 16 bits.
+    StartMain("0x75D0", "{1A;FF}[0x10]=7\t8\n9\r0x1G,ZZ,0x8000,1FFFF,-1,ffff");
+    const int16_t expected[] = {0x1a, 0xff, 0x10, 7, 8, 9, 1, 0, -32768, -1, -1, -1, 0x100c};
+    for (size_t i = 0; i < sizeof(expected) / sizeof(expected[0]); ++i) {
+        EXPECT_EQ(expected[i], Orlune::gVolumeThrRaw[i]) << "word " << i;
+    }
+}
+
+TEST(MainXml, StagingRecordsPatchTheFrontAndExtraValuesAreDropped) {
+    StartMain("41", HexList(kMainParaWords, 100));
+    StartMain("42", HexList(kExtParaWords, 500));
+    StartMain("43", "{1,2,3}");
+    StartMain("44", "7");
+    EXPECT_EQ(3, Main(43).words[2]);
+    EXPECT_EQ(103, Main(43).words[3]);
+    EXPECT_EQ(100 + kMainParaWords - 1, Main(43).words[kMainParaWords - 1]);
+    EXPECT_EQ(501, Ext(44).words[1]);   // from 42: the even staging record is separate
+    EXPECT_EQ(100, Main(41).words[0]);  // stored records are copies
+    // 600 values: a main record takes 419, an extended one 384 (through its pointer area).
+    StartMain("45", HexList(600));
+    StartMain("46", HexList(600));
+    EXPECT_EQ(kMainParaWords, Main(45).words[kMainParaWords - 1]);
+    int16_t ext[kExtParaXmlWords];
+    memcpy(ext, &Ext(46), sizeof(ext));
+    EXPECT_EQ(kExtParaXmlWords, ext[kExtParaXmlWords - 1]);
+    // The built-in key 0 blocks an element with ID 0 until the maps are emptied, as by a reload.
+    StartMain("0", "1234");
+    EXPECT_EQ(0, Ext(0).words[0]);
+    Orlune::gRealMapTableExt.clear();
+    StartMain("0", "1234");
+    EXPECT_EQ(0x1234, Ext(0).words[0]);
+}
+
+TEST(MainXml, LogLinesPerElement) {
+    const std::string fits = "5" + std::string(2998, ' ');
+    const std::string attrNull = "StartElement() attrValue is null";
+    ExpectElementLogs(
+            Orlune::StartElement,
+            {{"NV", {}, {attrNull}},
+             {"NV", {"PARAM_VALUE", "1"}, {attrNull}},
+             {"NV", {"ID", "41"}, {attrNull}},
+             {"OTHER", {"ID", "41", "PARAM_VALUE", "1"}, {}},
+             {"NV", {"ID", "41", "PARAM_VALUE", "11"}, {"XMLLengthCheck:41", "attrIDValue:41"}},
+             {"NV", {"ID", "41", "PARAM_VALUE", "22"}, {"XMLLengthCheck:41", "attrIDValue:41"}},
+             {"NV", {"ID", "-3", "PARAM_VALUE", "5"}, {kNoValues, "attrIDValue:-3"}},
+             {"NV", {"ID", "45", "PARAM_VALUE", ""}, {kNoValues, "attrIDValue:45"}},
+             {"NV", {"ID", "30182", "PARAM_VALUE", " ,;{}[]=\t\n\r"}, {kNoValues}},
+             // The length check steps by 512 values, past both records.
+             {"NV",
+              {"ID", "43", "PARAM_VALUE", HexList(512)},
+              {"XMLLengthCheck:43", "attrIDValue:43"}},
+             {"NV", {"ID", "47", "PARAM_VALUE", HexList(513)}, {"attrIDValue:47"}},
+             {"NV", {"ID", "30160", "PARAM_VALUE", fits}, {"XMLLengthCheck:30160"}},
+             {"NV",
+              {"ID", "30160", "PARAM_VALUE", "6" + fits},
+              {"StartElement() strcpy_s fail", kNoValues}}});
+    EXPECT_EQ(0x11, Main(41).words[0]);  // the first element with an id wins
+    EXPECT_EQ(0u, Orlune::gRealMapTable.count(-3) + Orlune::gRealMapTableExt.count(-3));
+    EXPECT_EQ(0x22, Main(45).words[0]);      // no values: the staging record as 41 left it
+    EXPECT_EQ(5, Orlune::gVolumeThrRaw[0]);  // nothing of a value that did not fit
+}
+
+std::string Mapped(int numId, int id, int extId) {
+    return "StartElementMapTable attrNUMIDValue:" + std::to_string(numId) +
+           ", attrIDValue:" + std::to_string(id) + ", attrIDValue:" + std::to_string(extId);
+}
+
+TEST(VmapXml, FirstEntriesStayTheLastUiTypeWinsAndRejectsAreLogged) {
+    const std::string noNumbers =
+            " StartElementMapTable() attrNUMID or attrID or attrEXTID is null";
+    ExpectElementLogs(
+            Orlune::StartElementMapTable,
+            {{"NV", {"NUMID", "41000", "ID", "41", "EXTID", "42"}, {Mapped(41000, 41, 42)}},
+             {"NV", {"NUMID", "0xA028", "ID", "43", "EXTID", "44"}, {Mapped(41000, 43, 44)}},
+             {"NV", {"NUMID", "0", "ID", "41", "EXTID", "42"}, {Mapped(0, 41, 42)}},
+             {"NV", {"NUMID", "41001", "ID", "41"}, {noNumbers}},
+             {"NV", {}, {noNumbers}},
+             {"CFG", {"NUMID", "0", "PARAM_VALUE", "{0x1}"}, {"XMLLengthCheck:0"}},
+             {"CFG", {"NUMID", "0", "PARAM_VALUE", "1F 2 3"}, {}},
+             {"CFG", {"NUMID", "1", "PARAM_VALUE", "5"}, {"unsupport cfg id: 1"}},
+             {"CFG", {"NUMID", "0", "PARAM_VALUE", ";"}, {kNoValues}},
+             {"CFG", {"PARAM_VALUE", "5"}, {"XmlCfgParamParse cfgID is null"}},
+             {"CFG", {"NUMID", "0"}, {"XmlCfgParamParse cfgValue is null"}},
+             {"HPMAP", {"NUMID", "0x10", "NAME", "Lumen XE"}, {}},
+             {"HPMAP", {"NUMID", "3", "NAME", "Lumen XE"}, {}},
+             {"HPMAP", {"NUMID", "1"}, {"XmlHpMapParse cfgID is null"}},
+             {"HPMAP", {"NAME", "X"}, {"XmlHpMapParse cfgValue is null"}},
+             {"HPMAP",
+              {"NUMID", "4", "NAME", std::string(3000, 'n')},
+              {"XmlHpMapParse strcpy_s fail"}}});
+    EXPECT_EQ(41, Orlune::gVituralMapTable.at(41000).ID);
+    EXPECT_EQ(42, Orlune::gVituralMapTable.at(41000).EXTID);
+    EXPECT_EQ(0, Orlune::gVituralMapTable.at(0).ID);  // the built-in key 0 blocks NUMID 0
+    EXPECT_EQ(0u, Orlune::gVituralMapTable.count(41001));
+    EXPECT_EQ(0x1f, Orlune::gUiType);
+    EXPECT_EQ(16, Orlune::gHpMapTable.at("Lumen XE"));
+    EXPECT_EQ(0, Orlune::gHpMapTable.at("DEFALUT"));
+    EXPECT_EQ(0u, Orlune::gHpMapTable.count("DEFAULT") + Orlune::gHpMapTable.count("X"));
+}
+
+TEST(XmlFiles, ElementsBeforeAParseErrorStayAndMissingFilesAreLogged) {
+    DeviceRoot root;
+    LogCapture log;
+    Orlune::KivReadConfigFromXML(false);
+    EXPECT_EQ(-1, Orlune::KivReadConfigTableFromXML(false));
+    EXPECT_TRUE(log.Has("read kiv_config.xml:path is null", kTag, ANDROID_LOG_ERROR));
+    EXPECT_TRUE(log.Has("read kiv_config_vmap.xml:path is null", kTag, ANDROID_LOG_ERROR));
+    std::string text = "<config>";
+    for (int id = 101; id < 121; id += 2) {  // about 6 KB: several chunks
+        text += "<group>" + NvRecord(id, std::vector<int>(100, id)) + "</group>";
+    }
+    root.WriteKiv("kiv_config.xml", text + "<broken</config>");
+    root.WriteKiv(
+            "kiv_config_vmap.xml",
+            "<m><CFG NUMID=\"0\" PARAM_VALUE=\"2\"/><HPMAP NUMID=\"3\" NAME=\"Lumen XE\"/><g>" +
+                    NvMap(5, 41, 42) + "</g><NV NUMID=\"6\"</m>");
+    log.Clear();
+    Orlune::KivReadConfigFromXML(false);
+    Orlune::KivReadConfigTableFromXML(false);
+    for (int id = 101; id < 121; id += 2) {
+        EXPECT_EQ(id, Main(id).words[99]) << id;
+    }
+    EXPECT_EQ(42, Orlune::gVituralMapTable.at(5).EXTID);
+    EXPECT_EQ(2, Orlune::gUiType);
+    EXPECT_EQ(3, Orlune::gHpMapTable.at("Lumen XE"));
+    EXPECT_EQ(1, log.Count("Read orlune config file /odm/etc/kiv/kiv_config.xml", kTag,
+                           ANDROID_LOG_INFO));
+    EXPECT_EQ(1, log.Count("KivReadConfigFromXML status error", kTag, ANDROID_LOG_ERROR));
+    EXPECT_EQ(1, log.Count("Read orlune config vmap file /odm/etc/kiv/kiv_config_vmap.xml", kTag,
+                           ANDROID_LOG_INFO));
+    EXPECT_EQ(1, log.Count("KivReadConfigTableFromXML status error", kTag, ANDROID_LOG_ERROR));
+}
+
+}  // namespace
