@@ -2,6 +2,9 @@
 
 #include <string.h>
 
+#include <algorithm>
+#include <random>
+
 #include <gtest/gtest.h>
 
 #include <audio_utils/format.h>
@@ -9,20 +12,11 @@
 namespace {
 
 constexpr int kUnityQ12 = 4096;
+constexpr int kGainOffsetQ12 = 2048;
+constexpr int kWidthOffsetQ12 = 1024;
 
 int32_t Saturate(int64_t v) {
-    return v > INT32_MAX ? INT32_MAX : (v < INT32_MIN ? INT32_MIN : static_cast<int32_t>(v));
-}
-
-// The stand-in's treatment of one stereo pair (see its header): mid/side, width on the side,
-// gain on both.
-void Tune(int64_t l, int64_t r, bool enable, int32_t* outL, int32_t* outR) {
-    const int64_t gain = enable ? kUnityQ12 + kGainOffsetQ12 : kUnityQ12;
-    const int64_t width = enable ? kUnityQ12 + kWidthOffsetQ12 : kUnityQ12;
-    const int64_t mid = (l + r) / 2;
-    const int64_t side = ((l - r) / 2) * width / kUnityQ12;
-    *outL = Saturate((mid + side) * gain / kUnityQ12);
-    *outR = Saturate((mid - side) * gain / kUnityQ12);
+    return static_cast<int32_t>(std::clamp<int64_t>(v, INT32_MIN, INT32_MAX));
 }
 
 }  // namespace
@@ -40,14 +34,10 @@ void WriteTestTuning(const DeviceRoot& root) {
     root.WriteKiv("kiv_config_vmap.xml", XmlDocument(map));
 }
 
-PipelineHost::PipelineHost() : PipelineHost(Options()) {}
-
-PipelineHost::PipelineHost(const Options& options) : mRoot(new DeviceRoot()) {
+PipelineHost::PipelineHost(const HostOptions& options) : mRoot(new DeviceRoot()) {
     WriteTestTuning(*mRoot);
     mRoot->SetProperty("msc.brisel.config_channel_out", std::to_string(options.configChannelOut));
-    if (options.withAlgorithm) {
-        EXPECT_NE(PreloadStandin(StandinPath("lib64orlune7_1.so")), nullptr);
-    }
+    EXPECT_NE(PreloadStandin(StandinPath("lib64orlune7_1.so")), nullptr);
     EXPECT_TRUE(mLibrary.Loaded());
     mEffect = mLibrary.Create();
     if (mEffect == nullptr) {
@@ -62,15 +52,9 @@ PipelineHost::PipelineHost(const Options& options) : mRoot(new DeviceRoot()) {
     }
 }
 
-PipelineHost::~PipelineHost() {
-    if (mEffect != nullptr) {
-        mLibrary.Delete(mEffect);
-    }
-}
-
 std::vector<uint8_t> PipelineHost::Run(const std::vector<uint8_t>& input, int block, int channels,
-                                       audio_format_t format, int outChannels, uint8_t filler) {
-    const int bytes = BytesPerSample(format);
+                                       audio_format_t format, int outChannels) {
+    const int bytes = audio_bytes_per_sample(format);
     const int inChannels = channels == 4 ? 2 : channels;
     const size_t inFrameBytes = static_cast<size_t>(inChannels) * bytes;
     const int frames = static_cast<int>(input.size() / inFrameBytes);
@@ -78,8 +62,8 @@ std::vector<uint8_t> PipelineHost::Run(const std::vector<uint8_t>& input, int bl
     std::vector<uint8_t> buffer(static_cast<size_t>(block) * capacity * bytes);
     std::vector<uint8_t> output;
     for (int at = 0; at < frames; at += block) {
-        const int n = frames - at < block ? frames - at : block;
-        memset(buffer.data(), filler, buffer.size());
+        const int n = std::min(block, frames - at);
+        memset(buffer.data(), 0x5a, buffer.size());
         memcpy(buffer.data(), input.data() + at * inFrameBytes, n * inFrameBytes);
         mEffect->KivOutProcPlaySamples(reinterpret_cast<short*>(buffer.data()), n, channels,
                                        format);
@@ -89,64 +73,68 @@ std::vector<uint8_t> PipelineHost::Run(const std::vector<uint8_t>& input, int bl
     return output;
 }
 
-int BytesPerSample(audio_format_t format) {
-    return static_cast<int>(audio_bytes_per_sample(format));
+std::vector<int32_t> PipelineHost::Run16(const std::vector<int32_t>& input, int block, int channels,
+                                         int outChannels) {
+    return To32(Run(FromInt32(input, kS16), block, channels, kS16, outChannels), kS16);
 }
 
 std::vector<int32_t> To32(const std::vector<uint8_t>& host, audio_format_t format) {
-    std::vector<int32_t> out(host.size() / BytesPerSample(format));
+    std::vector<int32_t> out(host.size() / audio_bytes_per_sample(format));
     memcpy_by_audio_format(out.data(), AUDIO_FORMAT_PCM_32_BIT, host.data(), format, out.size());
     return out;
 }
 
 std::vector<uint8_t> FromInt32(const std::vector<int32_t>& samples, audio_format_t format) {
-    std::vector<uint8_t> out(samples.size() * BytesPerSample(format));
+    std::vector<uint8_t> out(samples.size() * audio_bytes_per_sample(format));
     memcpy_by_audio_format(out.data(), format, samples.data(), AUDIO_FORMAT_PCM_32_BIT,
                            samples.size());
     return out;
 }
 
+std::vector<int32_t> As16(const std::vector<int32_t>& samples) {
+    return To32(FromInt32(samples, kS16), kS16);
+}
+
 std::vector<int32_t> Noise32(int frames, int channels, uint32_t variant) {
+    // Levels (top 16 bits) between 1000 and 16000 in magnitude: never near silence.
+    std::mt19937 rng(variant);
+    std::uniform_int_distribution<int32_t> level(1000 << 16, 16000 << 16);
     std::vector<int32_t> out(static_cast<size_t>(frames) * channels);
-    uint32_t state = variant * 2654435761u + 1u;
     for (int32_t& s : out) {
-        state = state * 1664525u + 1013904223u;
-        // Level (top 16 bits) between 1000 and 16000 in magnitude: never near silence.
-        const int32_t level = 1000 + static_cast<int32_t>((state >> 8) % 15000u);
-        s = ((state >> 30) & 1u ? level : -level) * 65536 + static_cast<int32_t>(state & 0xffffu);
+        s = rng() & 1 ? level(rng) : -level(rng);
     }
     return out;
 }
 
-std::vector<int32_t> StandinStereo(const std::vector<int32_t>& in, bool enable, int outChannels) {
-    const size_t frames = in.size() / 2 / kFrame * kFrame;
-    std::vector<int32_t> out(frames * outChannels);
-    for (size_t i = 0; i < frames; ++i) {
-        int32_t l, r;
-        Tune(in[2 * i], in[2 * i + 1], enable, &l, &r);
-        out[i * outChannels] = l;
-        out[i * outChannels + 1] = r;
-        if (outChannels == 4) {
-            out[i * 4 + 2] = Saturate((int64_t{l} + r) / 2);
-            out[i * 4 + 3] = Saturate((int64_t{l} - r) / 2);
-        }
-    }
-    return out;
-}
-
-std::vector<int32_t> StandinFold(const std::vector<int32_t>& in, int inChannels, bool enable) {
-    const size_t frames = in.size() / inChannels / kFrame * kFrame;
+std::vector<int32_t> Standin(const std::vector<int32_t>& in, int inChannels, bool enable,
+                             int outChannels) {
+    const int64_t gain = enable ? kUnityQ12 + kGainOffsetQ12 : kUnityQ12;
+    const int64_t width = enable ? kUnityQ12 + kWidthOffsetQ12 : kUnityQ12;
     const int half = inChannels / 2;
-    std::vector<int32_t> out(frames * 2);
+    const size_t frames = in.size() / inChannels / kFrame * kFrame;
+    std::vector<int32_t> out;
     for (size_t i = 0; i < frames; ++i) {
         int64_t l = 0, r = 0;
         for (int c = 0; c < 2 * half; c += 2) {
             l += in[i * inChannels + c];
             r += in[i * inChannels + c + 1];
         }
-        Tune(l / half, r / half, enable, &out[2 * i], &out[2 * i + 1]);
+        const int64_t mid = (l / half + r / half) / 2;
+        const int64_t side = ((l / half - r / half) / 2) * width / kUnityQ12;
+        const int32_t left = Saturate((mid + side) * gain / kUnityQ12);
+        const int32_t right = Saturate((mid - side) * gain / kUnityQ12);
+        out.insert(out.end(), {left, right});
+        if (outChannels == 4) {
+            out.insert(out.end(), {static_cast<int32_t>((int64_t{left} + right) / 2),
+                                   static_cast<int32_t>((int64_t{left} - right) / 2)});
+        }
     }
     return out;
+}
+
+std::vector<int32_t> ExpectedStereo(const std::vector<int32_t>& in, bool enable, int outChannels) {
+    return Delayed(Standin(Delayed(in, kPopDelayFrames, 2), 2, enable, outChannels), kFrame,
+                   outChannels);
 }
 
 std::vector<int32_t> Delayed(const std::vector<int32_t>& in, int frames, int channels) {

@@ -14,29 +14,26 @@
 #include "tests/support/DeviceRoot.h"
 #include "tests/support/HostEffect.h"
 
-// The tuning that the test device gives the loudspeaker: gain 1.5, stereo width 1.25.
-constexpr int kGainOffsetQ12 = 2048;
-constexpr int kWidthOffsetQ12 = 1024;
+constexpr audio_format_t kS16 = AUDIO_FORMAT_PCM_16_BIT;
 constexpr int kFrame = 480;  // frames per algorithm run
 constexpr int kPopDelayFrames = 48;
 
-// Writes a main and an extended record carrying the tuning and maps every loudspeaker
-// volume level of the default situation (FULL, PORTRAIT, MUSIC) to them.
+// Writes the loudspeaker tuning (gain 1.5, stereo width 1.25) and maps every loudspeaker
+// volume level of the default situation to it.
 void WriteTestTuning(const DeviceRoot& root);
 
-// A host with one effect instance, set up (KivOutProcPlayInit) with or without the stand-in
-// algorithm preloaded. With `enable`, ids 0 and 32 turn the effect on; id 12 picks `device`.
+// A host with one effect instance, set up (KivOutProcPlayInit) with the stand-in algorithm
+// preloaded. With `enable`, ids 0 and 32 turn the effect on; id 12 picks `device`.
+struct HostOptions {
+    bool enable = true;
+    int device = 1;
+    int configChannelOut = 2;  // "msc.brisel.config_channel_out"
+};
+
 class PipelineHost {
 public:
-    struct Options {
-        bool withAlgorithm = true;
-        bool enable = true;
-        int device = 1;
-        int configChannelOut = 2;  // "msc.brisel.config_channel_out"
-    };
-    PipelineHost();
-    explicit PipelineHost(const Options& options);
-    ~PipelineHost();
+    explicit PipelineHost(const HostOptions& options = HostOptions());
+    ~PipelineHost() { mLibrary.Delete(mEffect); }
 
     HostOrlune* Effect() const { return mEffect; }
     const DeviceRoot& Root() const { return *mRoot; }
@@ -44,9 +41,12 @@ public:
     // Runs `input` (host-format samples of the processing channels, interleaved) through the
     // effect in blocks of `block` frames with the host layout `channels`; returns the
     // host-format output, `outChannels` per frame. For the 4-channel layout the part of each
-    // block beyond the input is filled with `filler`.
+    // block beyond the input holds filler bytes.
     std::vector<uint8_t> Run(const std::vector<uint8_t>& input, int block, int channels,
-                             audio_format_t format, int outChannels, uint8_t filler = 0x5a);
+                             audio_format_t format, int outChannels);
+    // The same with 16-bit blocks, samples given and returned in 32-bit.
+    std::vector<int32_t> Run16(const std::vector<int32_t>& input, int block, int channels,
+                               int outChannels);
 
 private:
     std::unique_ptr<DeviceRoot> mRoot;
@@ -54,18 +54,24 @@ private:
     HostOrlune* mEffect = nullptr;
 };
 
-int BytesPerSample(audio_format_t format);
 // Platform conversions, sample by sample.
 std::vector<int32_t> To32(const std::vector<uint8_t>& host, audio_format_t format);
 std::vector<uint8_t> FromInt32(const std::vector<int32_t>& samples, audio_format_t format);
+// The samples after a round trip through 16-bit, as the effect sees a 16-bit block.
+std::vector<int32_t> As16(const std::vector<int32_t>& samples);
 
 // Deterministic loud noise, `frames` x `channels` samples in 32-bit; no run of near-silence.
 std::vector<int32_t> Noise32(int frames, int channels, uint32_t variant);
 
-// The stand-in's processing of whole 480-frame frames: stereo in with 2 or 4 out, or
-// multichannel in folded to a stereo pair. Gain and width apply only when `enable`.
-std::vector<int32_t> StandinStereo(const std::vector<int32_t>& in, bool enable, int outChannels);
-std::vector<int32_t> StandinFold(const std::vector<int32_t>& in, int inChannels, bool enable);
+// The stand-in's processing of whole 480-frame frames: the input folded to a stereo pair (the
+// mean of the even and of the odd channels), gain and width applied when `enable`, and with
+// four outputs the pair's mean and half difference after it.
+std::vector<int32_t> Standin(const std::vector<int32_t>& in, int inChannels, bool enable,
+                             int outChannels = 2);
+// What the stereo path returns for `in`: the stand-in's processing behind the pop
+// eliminator's delay line, one algorithm frame late.
+std::vector<int32_t> ExpectedStereo(const std::vector<int32_t>& in, bool enable,
+                                    int outChannels = 2);
 
 // `frames` frames of silence in front of `in`.
 std::vector<int32_t> Delayed(const std::vector<int32_t>& in, int frames, int channels);
