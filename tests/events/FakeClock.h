@@ -15,12 +15,9 @@ public:
         orlune_platform::SetClockForTest(&Read);
     }
     ~FakeClock() { orlune_platform::SetClockForTest(nullptr); }
-    FakeClock(const FakeClock&) = delete;
-    FakeClock& operator=(const FakeClock&) = delete;
 
     void Set(int64_t ns) { Now() = ns; }
     void Advance(int64_t ns) { Now() += ns; }
-    int64_t Get() const { return Now(); }
 
 private:
     static int64_t& Now() {
