@@ -12,6 +12,10 @@
 
 #include <gtest/gtest.h>
 
+#include "lad/LoudAbnormalDetecter.h"
+#include "tests/support/LogCapture.h"
+
+constexpr const char* kStandinTag = "louddetect_standin";
 constexpr const char* kStandinLad = ORLUNE_STANDIN_DIR "/liblouddetect.so";
 constexpr const char* kStandinLadWithoutDelete =
         ORLUNE_STANDIN_DIR "/lad-missing-delete/liblouddetect.so";
@@ -34,9 +38,6 @@ protected:
     void WriteConfig(const std::string& name, const std::string& text) {
         std::ofstream(mRoot + "/odm/etc/kiv/" + name) << text;
     }
-    void RemoveConfig(const std::string& name) {
-        std::filesystem::remove(mRoot + "/odm/etc/kiv/" + name);
-    }
     // Loads a stand-in by path so that the bridge's lookup by SONAME finds it.
     static void* Preload(const char* path) {
         void* handle = dlopen(path, RTLD_NOW | RTLD_GLOBAL);
@@ -45,11 +46,7 @@ protected:
     }
     static bool IsLoaded(const char* path) {
         void* handle = dlopen(path, RTLD_NOW | RTLD_NOLOAD);
-        if (handle == nullptr) {
-            return false;
-        }
-        dlclose(handle);
-        return true;
+        return handle != nullptr && dlclose(handle) == 0;
     }
 
     std::string mRoot;
