@@ -1,250 +1,206 @@
 // Which tuning reaches the algorithm on headsets: the headphone mode and multichannel kind,
-// the volume level of the headset's stream, the scene modes of the newer UI, and the
-// fall-backs when a mode is not configured.
-#include <algorithm>
-#include <string>
-#include <utility>
+// the scene modes of the newer UI, the fall-backs, and the headset-type words and custom
+// equaliser laid over the records.
+#include <iterator>
 
 #include "effect/LogTags.h"
 #include "tests/params/ParamsFixture.h"
 
 namespace {
 
-constexpr int16_t kRow[kThresholdsPerScene] = {2, 4, 6, 8, 10, 12};
+int HpKey(int index, int kind, int level) {
+    return index * 80 + kind * 20 + level;
+}
 
 class HeadphoneModesTest : public ParamsFixture {
 protected:
     void SetUp() override {
         ParamsFixture::SetUp();
-        std::copy(kRow, kRow + kThresholdsPerScene, o->volumeThresholds[SCENE_MUSIC]);
-        Orlune::gUiType = 0;
         o->KivParamsSetInt(12, 2);
         o->KivParamsSetInt(14, kNoHeadsetTypeChange);
-        // Every headphone mode key with volume level TWO (index 5) names real id 1000 + key.
-        for (int index = HP_3D_OFF; index <= HP_CUSTOM; ++index) {
-            for (int kind = DEFAULT_MODE; kind <= MULTI_MODE9; ++kind) {
-                const int key = HpKey(index, kind, VOL_TWO);
-                AddMode(41000 + key, 1000 + key);
-            }
+        // Every mode key at the default level TWO names the real id 1000 + key.
+        for (int key = VOL_TWO; key <= HpKey(HP_CUSTOM, MULTI_MODE9, VOL_TWO); key += 20) {
+            AddMode(41000 + key, 1000 + key);
+        }
+        // Row r of the type table holds r * 0x100 + 0x10 + i: distinct per row and word, with
+        // a high byte that shows whether a write kept or replaced it.
+        for (int i = 0; i < kHpTypeRows * kHpTypeRowWords; ++i) {
+            Orlune::gParameterHpType[i] =
+                    static_cast<int16_t>(i / kHpTypeRowWords * 0x100 + 0x10 + i % kHpTypeRowWords);
         }
     }
-    static int HpKey(int index, int kind, int level) { return index * 80 + kind * 20 + level; }
     // The mode key of the records the algorithm received last.
     static int LastKey() { return LastMainId() - 1000; }
 };
 
-TEST_F(HeadphoneModesTest, SmartModePicksFromTheContentHints) {
+TEST_F(HeadphoneModesTest, ModeAndKindFromTheSettingsAndTheChannels) {
     const struct {
-        int smart, hint9, movie, hint10, mode;
-    } cases[] = {{3, 0, 0, 0, 4}, {2, 1, 0, 0, 3}, {2, 0, 1, 0, 3}, {2, 0, 0, 1, 3},
-                 {2, 0, 0, 0, 1}, {0, 1, 1, 1, 1}, {1, 1, 1, 1, 1}};
-    o->KivParamsSetInt(30, 0);
+        int ui, hpMode, mode3d, smart, hint, channels, index, kind;  // hint: id 8, 9 or 10 set
+    } cases[] = {
+            // Smart mode picks from the content hints.
+            {0, 0, 0, 3, 0, 2, 4, DEFAULT_MODE},
+            {0, 0, 0, 2, 9, 2, 3, DEFAULT_MODE},
+            {0, 0, 0, 2, 10, 2, 3, DEFAULT_MODE},
+            {0, 0, 0, 2, 8, 6, 3, MULTI_MOVIE_MODE},
+            {0, 0, 0, 2, 0, 2, 1, DEFAULT_MODE},
+            {0, 0, 0, 1, 9, 2, 1, DEFAULT_MODE},
+            {0, 2, 0, 0, 0, 2, HP_3D_OFF, DEFAULT_MODE},  // host off
+            // Manual modes are shifted by the channel layout; beyond 16 is 3D off.
+            {0, 1, 2, 0, 8, 6, HP_3D_FRONT, MULTI_MOVIE_MODE},
+            {0, 1, 2, 0, 8, 6, HP_3D_FRONT, MULTI_MOVIE_MODE},
+            {0, 1, 2, 0, 0, 6, HP_3D_FRONT, MULTI_MODE},
+            {0, 1, 3, 0, 0, 10, HP_3D_WIDE, MULTI_MODE9},
+            {0, 1, 14, 0, 0, 8, HP_3D_OFF, DEFAULT_MODE},
+            // The newer UI's scenes.
+            {1, 1, 0, 0, 0, 8, HP_MUSIC, MULTI_MODE},
+            {1, 2, 0, 0, 8, 6, HP_MOVIE, MULTI_MOVIE_MODE},
+            {1, 3, 0, 0, 0, 10, HP_GAME, MULTI_MODE9},
+            {1, 4, 0, 0, 8, 2, HP_CUSTOM, DEFAULT_MODE},
+            {1, 9, 0, 0, 0, 2, HP_3D_OFF, DEFAULT_MODE},
+    };
     for (const auto& c : cases) {
-        o->KivParamsSetInt(31, c.smart);
-        o->KivParamsSetInt(9, c.hint9);
-        o->KivParamsSetInt(8, c.movie);
-        o->KivParamsSetInt(10, c.hint10);
-        o->SetNsForHeadsetOrA2dp(2);
-        EXPECT_EQ(o->hpModeIndex, c.mode) << c.smart << c.hint9 << c.movie << c.hint10;
-        EXPECT_EQ(o->hpMultiKind, DEFAULT_MODE);
-        EXPECT_EQ(LastKey(), HpKey(c.mode, DEFAULT_MODE, VOL_TWO));
+        SCOPED_TRACE(testing::Message() << "row " << &c - cases);
+        Orlune::gUiType = static_cast<int16_t>(c.ui);
+        const int sets[][2] = {{c.ui == 1 ? 53 : 30, c.hpMode},
+                               {17, c.mode3d},
+                               {31, c.smart},
+                               {8, c.hint == 8},
+                               {9, c.hint == 9},
+                               {10, c.hint == 10}};
+        for (const auto& set : sets) {
+            o->KivParamsSetInt(set[0], set[1]);
+        }
+        o->mIoInfo.enable = 1;
+        o->SetNsForHeadsetOrA2dp(c.channels);
+        EXPECT_EQ(o->hpModeIndex * 10 + o->hpMultiKind, c.index * 10 + c.kind);
+        EXPECT_EQ(LastKey(), HpKey(c.index, c.kind, VOL_TWO));
+        EXPECT_EQ(ExtWord(334) >> 8, c.channels);
+        // Off: with the newer UI, index 0 and HP_GAME, which bypass the effect; else host mode
+        // 2, and smart mode 1 in mode 0.
+        const bool off = c.ui == 1 ? c.index == 0 || c.index == HP_GAME
+                                   : c.hpMode == 2 || (c.hpMode == 0 && c.smart == 1);
+        EXPECT_EQ(Get("EFFECT_ENABLE_STATE"), off ? "0" : "1");
+        EXPECT_EQ(o->mIoInfo.enable, c.ui == 1 && off ? 0 : 1);
+        // Only the custom scene lays the equaliser over the records.
+        EXPECT_EQ((MainWord(0) & 0x80) != 0, c.index == HP_CUSTOM);
     }
-    // The same choice as a function of its own.
-    o->KivParamsSetInt(31, 3);
-    int channels = 10;
-    o->SetHP3DMode(channels);
-    EXPECT_EQ(o->hpModeIndex, 4);
-    EXPECT_EQ(o->hpMultiKind, MULTI_MODE9);
-}
-
-TEST_F(HeadphoneModesTest, ManualModeIsShiftedByTheChannelLayout) {
-    o->KivParamsSetInt(30, 1);
-    o->KivParamsSetInt(17, 2);  // FRONT
-    o->KivParamsSetInt(8, 1);
-    log.Clear();
-    o->SetNsForHeadsetOrA2dp(6);
-    EXPECT_EQ(LastKey(), HpKey(HP_3D_FRONT, MULTI_MOVIE_MODE, VOL_TWO));
+    EXPECT_EQ(LastCall().ext.words[339], 0);  // the speaker's volume word is left alone
+    // Each block hands its records over; a mode is logged when it changes.
     EXPECT_EQ(log.Count("FindParamForHP 2162: HP NvMode is currentParamMode: 202 "
                         "HP_3D_FRONT_MULTI_MOVIE_MODE_TWO currentRealParamID: 1202 "
                         "currentRealParamExtID: 1203",
                         kTagMobile, ANDROID_LOG_INFO),
               1)
             << log.Dump();
-
-    o->KivParamsSetInt(8, 0);
-    o->SetNsForHeadsetOrA2dp(6);
-    EXPECT_EQ(LastKey(), HpKey(HP_3D_FRONT, MULTI_MODE, VOL_TWO));
-    o->SetNsForHeadsetOrA2dp(2);
-    EXPECT_EQ(LastKey(), HpKey(HP_3D_FRONT, DEFAULT_MODE, VOL_TWO));
-
-    o->KivParamsSetInt(17, 3);  // WIDE on ten channels: mapped mode 15
-    o->SetNsForHeadsetOrA2dp(10);
-    EXPECT_EQ(o->hpModeIndex, HP_3D_WIDE);
-    EXPECT_EQ(o->hpMultiKind, MULTI_MODE9);
-    EXPECT_EQ(LastKey(), HpKey(HP_3D_WIDE, MULTI_MODE9, VOL_TWO));
-    // Channels go into the high byte of word 334; word 339 is the speaker's alone.
-    EXPECT_EQ(static_cast<uint16_t>(LastCall().ext.words[334]) >> 8, 10);
-    EXPECT_EQ(LastCall().ext.words[339], 0);
-    EXPECT_EQ(log.CountContaining("HP NvMode"), 4);
 }
 
-TEST_F(HeadphoneModesTest, ModesBeyondSixteenFallBackToOff) {
-    o->KivParamsSetInt(30, 1);
-    o->KivParamsSetInt(17, 7);  // on stereo content mode 7 is a multichannel key
-    o->SetNsForHeadsetOrA2dp(2);
-    EXPECT_EQ(o->hpModeIndex, HP_3D_WIDE);
-    EXPECT_EQ(o->hpMultiKind, MULTI_MODE);
-
-    o->KivParamsSetInt(17, 14);
-    o->SetNsForHeadsetOrA2dp(8);  // 14 + 4
-    EXPECT_TRUE(log.Has("invalid mode 18, use normal instead", kTagMobile, ANDROID_LOG_WARN))
-            << log.Dump();
-    EXPECT_EQ(LastKey(), HpKey(HP_3D_OFF, DEFAULT_MODE, VOL_TWO));
-    EXPECT_EQ(o->mEvents.hpRecorders[HP_REC_DEFAULT].totalFrames, 1u);
-
-    o->KivParamsSetInt(17, -1);
-    o->SetNsForHeadsetOrA2dp(10);  // -1 + 12 = 11: the movie range
-    EXPECT_EQ(o->hpModeIndex, HP_3D_WIDE);
-    EXPECT_EQ(o->hpMultiKind, MULTI_MOVIE_MODE);
-}
-
-TEST_F(HeadphoneModesTest, RangeSettersFallBackAsymmetrically) {
-    o->SetMultiMovieMode(10);
-    EXPECT_EQ(std::make_pair(o->hpModeIndex, o->hpMultiKind), std::make_pair(2, 2));
-    // The two upper ranges ignore a value outside them ...
-    o->SetMultiMovieMode(13);
-    o->SetMultiMode9(12);
-    EXPECT_EQ(std::make_pair(o->hpModeIndex, o->hpMultiKind), std::make_pair(2, 2));
-    o->SetMultiMode9(16);
-    EXPECT_EQ(std::make_pair(o->hpModeIndex, o->hpMultiKind), std::make_pair(4, 3));
-    // ... the two lower ones fall back to 3D off.
-    o->SetMultiMode(4);
-    EXPECT_EQ(std::make_pair(o->hpModeIndex, o->hpMultiKind), std::make_pair(0, 0));
-    o->SetMultiMode(5);
-    EXPECT_EQ(std::make_pair(o->hpModeIndex, o->hpMultiKind), std::make_pair(1, 1));
-    o->SetNormalMode(5);
-    EXPECT_EQ(std::make_pair(o->hpModeIndex, o->hpMultiKind), std::make_pair(0, 0));
-}
-
-TEST_F(HeadphoneModesTest, HostOffRecordsTheIndexInForceBeforeUpdatingIt) {
-    o->KivParamsSetInt(30, 2);
-    o->KivParamsSetInt(46, 13);
-    o->currentVolumeIndex = 1;
-    o->SetNsForHeadsetOrA2dp(2);
-    EXPECT_EQ(o->hpModeIndex, HP_3D_OFF);
-    EXPECT_EQ(o->currentVolumeIndex, 13);
-    EXPECT_EQ(o->hpVolumeLevel, VOL_LOUD);
-    EXPECT_EQ(o->mEvents.hpRecorders[HP_REC_HIFI].totalFrames, 1u);
-    EXPECT_EQ(o->mEvents.hpRecorders[HP_REC_HIFI].counts[0], 1u);
-    EXPECT_EQ(o->mEvents.hpRecorders[HP_REC_DEFAULT].totalFrames, 0u);
-    EXPECT_STREQ(o->KivParamsGet(android::String8("EFFECT_ENABLE_STATE")).c_str(), "0");
-}
-
-TEST_F(HeadphoneModesTest, BluetoothTakesItsOwnIndexAgainstTheMusicRow) {
-    AddMode(41000 + HpKey(HP_3D_LISTEN, DEFAULT_MODE, VOL_FIVE), 7001);
-    o->KivParamsSetInt(12, 3);
-    o->KivParamsSetInt(46, 1);
-    o->KivParamsSetInt(47, 11);
-    o->sceneMode = SCENE_GAME;  // the scene row does not matter on headphones
-    o->volumeThresholds[SCENE_GAME][5] = 0;
-    o->SetNsForHeadsetOrA2dp(2);
-    EXPECT_EQ(o->currentVolumeIndex, 11);
-    EXPECT_EQ(LastMainId(), 7001);
-    EXPECT_EQ(o->mEvents.hpRecorders[HP_REC_3DLISTEN].totalFrames, 1u);
-}
-
-TEST_F(HeadphoneModesTest, UnknownModeValueWithA3DModeChangesNothing) {
-    o->KivParamsSetInt(30, 1);
-    o->KivParamsSetInt(17, 2);
-    o->SetNsForHeadsetOrA2dp(2);
-    const int before = LastKey();
-    o->KivParamsSetInt(30, 9);
-    o->KivParamsSetInt(46, 13);  // would be another level if anything were looked up
-    o->SetNsForHeadsetOrA2dp(2);
-    EXPECT_TRUE(log.Has("SetHP3DModeAndType error, hpMode = 9, headphone3dMode = 2", kTagMobile,
-                        ANDROID_LOG_ERROR));
-    EXPECT_EQ(LastKey(), before);
-    EXPECT_EQ(o->hpModeIndex, HP_3D_FRONT);
-
-    // Without a 3D mode the same value means the custom equaliser.
-    o->KivParamsSetInt(17, 0);
-    o->KivParamsSetInt(46, 5);
-    o->SetNsForHeadsetOrA2dp(2);
-    EXPECT_EQ(LastKey(), HpKey(HP_3D_OFF, DEFAULT_MODE, VOL_TWO));
-    EXPECT_EQ(static_cast<uint16_t>(LastCall().para.words[0]) & 0x84, 0x80);
-}
-
-TEST_F(HeadphoneModesTest, SceneModesOfTheNewerUi) {
-    Orlune::gUiType = 1;
-    const struct {
-        int hpMode, channels, movie, index, kind, recorder;
-        bool bypass;
-    } cases[] = {
-            {1, 8, 0, HP_MUSIC, MULTI_MODE, HP_REC_3DLISTEN, false},
-            {2, 6, 1, HP_MOVIE, MULTI_MOVIE_MODE, HP_REC_3DFRONT, false},
-            {3, 10, 0, HP_GAME, MULTI_MODE9, HP_REC_3DWIDE, true},
-            {4, 2, 1, HP_CUSTOM, DEFAULT_MODE, HP_REC_3DGRAND, false},
-            {0, 2, 0, HP_3D_OFF, DEFAULT_MODE, HP_REC_DEFAULT, true},
-            {9, 2, 0, HP_3D_OFF, DEFAULT_MODE, HP_REC_DEFAULT, true},
-    };
-    for (const auto& c : cases) {
-        o->HP_MODE = static_cast<int16_t>(c.hpMode);
-        o->KivParamsSetInt(8, c.movie);
-        o->mIoInfo.enable = 1;
-        const uint32_t recorded = o->mEvents.hpRecorders[c.recorder].totalFrames;
-        o->SetNsForHeadsetOrA2dp(c.channels);
-        EXPECT_EQ(o->hpModeIndex, c.index) << c.hpMode;
-        EXPECT_EQ(o->hpMultiKind, c.kind) << c.hpMode;
-        EXPECT_EQ(LastKey(), HpKey(c.index, c.kind, VOL_TWO)) << c.hpMode;
-        EXPECT_EQ(o->mIoInfo.enable, c.bypass ? 0 : 1) << c.hpMode;
-        EXPECT_EQ(o->mEvents.hpRecorders[c.recorder].totalFrames, recorded + 1) << c.hpMode;
-        // Only the custom scene lays the equaliser over the records.
-        const bool eq = (static_cast<uint16_t>(LastCall().para.words[0]) & 0x80) != 0;
-        EXPECT_EQ(eq, c.index == HP_CUSTOM) << c.hpMode;
-    }
-}
-
-TEST_F(HeadphoneModesTest, MissingModesKeepThePreviousRecords) {
+TEST_F(HeadphoneModesTest, MissingModesRefusalsAndFailuresAreLogged) {
     o->KivParamsSetInt(30, 1);
     o->KivParamsSetInt(17, 1);
     o->SetNsForHeadsetOrA2dp(2);
-    ASSERT_EQ(LastKey(), HpKey(HP_3D_LISTEN, DEFAULT_MODE, VOL_TWO));
-    log.Clear();
-
     o->KivParamsSetInt(46, 3);  // level ONE is not configured
     o->SetNsForHeadsetOrA2dp(2);
-    EXPECT_EQ(LastKey(), HpKey(HP_3D_LISTEN, DEFAULT_MODE, VOL_TWO));
     EXPECT_TRUE(log.Has("FindParamForHP 2146: HP do not find currentParamID currentParamMode: 81 ",
                         kTagMobile, ANDROID_LOG_DEBUG))
             << log.Dump();
-    EXPECT_EQ(o->FindParamForHP(), -1);
-
-    AddDanglingMode(41081, 5000);
-    EXPECT_EQ(o->FindParamForHP(), -1);
+    AddMode(41081, 5000, false);
+    o->SetNsForHeadsetOrA2dp(2);
     EXPECT_TRUE(
             log.Has("FindParamForHP 2153: HP do not find currentRealParamID or "
                     "currentRealParamExtID currentParamMode: 81 ",
                     kTagMobile, ANDROID_LOG_DEBUG));
-    AddMode(41081, 5000);
-    EXPECT_EQ(o->FindParamForHP(), 0);
-}
+    EXPECT_EQ(LastKey(), HpKey(HP_3D_LISTEN, DEFAULT_MODE, VOL_TWO));
+    EXPECT_EQ(o->FindParamForHP(), -1);
 
-TEST_F(HeadphoneModesTest, RingRestartsTheAlgorithmOnceOnHeadphones) {
-    o->ringReinitPending = 1;
+    // An unknown mode value with a 3D mode set changes nothing, not even the level.
+    o->KivParamsSetInt(30, 9);
+    o->KivParamsSetInt(17, 2);
+    o->KivParamsSetInt(46, 5);
     o->SetNsForHeadsetOrA2dp(2);
-    EXPECT_EQ(InitCalls(), 1);
-    EXPECT_EQ(o->ringReinitPending, 0);
-    o->SetNsForHeadsetOrA2dp(2);
-    EXPECT_EQ(InitCalls(), 1);
-}
-
-TEST_F(HeadphoneModesTest, FailedSetParameterIsLoggedAndCounted) {
-    SetNextResult(-3);
+    EXPECT_TRUE(log.Has("SetHP3DModeAndType error, hpMode = 9, headphone3dMode = 2", kTagMobile,
+                        ANDROID_LOG_ERROR));
+    EXPECT_EQ(LastKey(), HpKey(HP_3D_LISTEN, DEFAULT_MODE, VOL_TWO));
+    o->KivParamsSetInt(30, 1);
+    o->KivParamsSetInt(17, 14);
+    o->SetNsForHeadsetOrA2dp(8);  // 14 + 4
+    EXPECT_TRUE(log.Has("invalid mode 18, use normal instead", kTagMobile, ANDROID_LOG_WARN));
+    nextResult = -3;
     o->KivParamsSetNS(2);
     EXPECT_EQ(o->outputPath, OUTPUT_HEADSET);
     EXPECT_TRUE(log.Has("SetNsForHeadsetOrA2dp set parameter failed, ret = -3", kTagMobile,
                         ANDROID_LOG_ERROR));
-    EXPECT_EQ(o->mEvents.errorCodes.lastErrorCode, -3);
+    EXPECT_EQ(log.CountContaining("ALGOERRORCODE=-3.000000", "tova_view"), 1);
+}
+
+TEST_F(HeadphoneModesTest, RangeSettersFallBackAsymmetrically) {
+    // The two lower ranges fall back to 3D off, the two upper ones ignore the value.
+    const struct {
+        void (Orlune::*set)(unsigned short);
+        int mode, indexAndKind;
+    } cases[] = {{&Orlune::SetMultiMovieMode, 10, 22}, {&Orlune::SetMultiMovieMode, 13, 22},
+                 {&Orlune::SetMultiMode9, 12, 22},     {&Orlune::SetMultiMode9, 16, 43},
+                 {&Orlune::SetMultiMode, 4, 0},        {&Orlune::SetMultiMode, 5, 11},
+                 {&Orlune::SetNormalMode, 5, 0}};
+    for (const auto& c : cases) {
+        (o.get()->*c.set)(static_cast<unsigned short>(c.mode));
+        EXPECT_EQ(o->hpModeIndex * 10 + o->hpMultiKind, c.indexAndKind) << c.mode;
+    }
+}
+
+TEST_F(HeadphoneModesTest, TypeRowLandsOnItsWords) {
+    AudioOrluneMobilePara para;
+    AudioOrluneMobileParaExt ext;
+    std::fill(std::begin(para.words), std::end(para.words), static_cast<int16_t>(0xAB00));
+    std::fill(std::begin(ext.words), std::end(ext.words), static_cast<int16_t>(0xCD00));
+    auto words = [&](int first, int count) {
+        return std::vector<uint16_t>(para.words + first, para.words + first + count);
+    };
+    using W = std::vector<uint16_t>;
+    o->KivSetHPType(para, ext, 5);
+    // w[0] and w[5] are ORed with the old high byte; w[1..4] replace only the low byte.
+    EXPECT_EQ(words(116, 4), (W{0xAB00, 0xAF10, 0xAF10, 0xAB00}));
+    EXPECT_EQ(words(145, 6), (W{0xAB11, 0xAB12, 0xAB13, 0xAB14, 0xAF15, 0xAB00}));
+    EXPECT_EQ(words(157, 5), words(145, 5));
+    EXPECT_EQ(words(181, 6), (W{0x0516, 0x0517, 0x0518, 0x0519, 0x051A, 0xAB00}));
+    EXPECT_EQ(words(229, 6), (W{0x051B, 0x051C, 0x051D, 0x051E, 0x051F, 0xAB00}));
+    EXPECT_EQ(static_cast<uint16_t>(ext.words[334]), 0xCD05);
+    EXPECT_EQ(ext.lphTable, &Orlune::gLphConfig[5]);
+    // Types outside the table use row 3 and are written as 3.
+    const int rows[][3] = {{20, 3, 3}, {17, 17, 17}, {-2, 3, 3}};
+    for (const auto& r : rows) {
+        o->KivSetHPType(para, ext, static_cast<short>(r[0]));
+        EXPECT_EQ(words(181, 1)[0], r[1] * 0x100 + 0x16) << r[0];
+        EXPECT_EQ(ext.lphTable, &Orlune::gLphConfig[r[1]]) << r[0];
+        EXPECT_EQ(static_cast<uint16_t>(ext.words[334]), 0xCD00 + r[2]) << r[0];
+    }
+}
+
+TEST_F(HeadphoneModesTest, OverlaysReachTheAlgorithm) {
+    const int sets[][2] = {{30, 3}, {15, 6}, {38, 6}, {18, 250}, {27, -12}, {28, 77}};
+    for (const auto& s : sets) {  // custom equaliser of type 6; its preset limits bands to 200
+        o->KivParamsSetInt(s[0], s[1]);
+    }
+    o->HP_PREGAIN = -300;
+    o->SetNsForHeadsetOrA2dp(2);
+    EXPECT_EQ(o->HP_EQ[0], 200);
+    EXPECT_EQ(MainWord(145) >> 8, 200);
+    EXPECT_EQ(MainWord(157) >> 8, 200);
+    EXPECT_EQ(MainWord(166), 0xF400);
+    EXPECT_EQ(ExtWord(332), 0x4D00);  // HP_EQ11 has no limit
+    EXPECT_EQ(MainWord(0) & 0x84, 0x80);
+    EXPECT_EQ(LastCall().para.words[6], -300);
+    EXPECT_EQ(ExtWord(334), 0x0206);  // wired type 10 leaves the headphone type in place
+    o->KivParamsSetInt(14, 9);
+    o->SetNsForHeadsetOrA2dp(2);
+    EXPECT_EQ(ExtWord(334), 0x0209);
+    // On Bluetooth its own type is laid over last, and its own index sets the level.
+    AddMode(41000 + HpKey(HP_3D_OFF, DEFAULT_MODE, VOL_FIVE), 7000);
+    o->KivParamsSetInt(12, 3);
+    o->KivParamsSetInt(13, 20);
+    o->KivParamsSetInt(47, 11);
+    o->SetNsForHeadsetOrA2dp(2);
+    EXPECT_EQ(LastMainId(), 7000);
+    EXPECT_EQ(ExtWord(334), 0x0203);
 }
 
 }  // namespace

@@ -4,7 +4,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <memory>
+#include <string>
 #include <vector>
 
 #include "effect/orlune.h"
@@ -22,22 +24,49 @@ constexpr int kExtMarkerWord = 100;
 
 class ParamsFixture : public ::testing::Test {
 protected:
-    void SetUp() override;
-    void TearDown() override;
+    void SetUp() override {
+        o = std::make_unique<Orlune>();
+        o->initialised = 1;
+        o->mAlgoSetPara = [](void**, void*, const AudioOrluneMobilePara* para,
+                             const AudioOrluneMobileParaExt* ext) {
+            calls.push_back(SetParaCall{*para, *ext});
+            return nextResult;
+        };
+        // Every scene gets the row 2, 4, 6, 8, 10, 12: the default index 5 is level TWO.
+        for (auto& row : o->volumeThresholds) {
+            std::copy(kRow, kRow + kThresholdsPerScene, row);
+        }
+        // Only the modes a test adds exist. Other process-wide state is not reset: each test
+        // runs in a process of its own.
+        Orlune::gVituralMapTable.clear();
+        Orlune::gRealMapTable.clear();
+        Orlune::gRealMapTableExt.clear();
+        log.Clear();
+    }
 
-    // Maps `virtualId` to the real pair (realId, realId + 1) and adds both records, marked.
-    static void AddMode(int virtualId, int realId);
-    // Maps `virtualId` to a pair whose records are absent.
-    static void AddDanglingMode(int virtualId, int realId);
+    // Maps `virtualId` to the real pair (realId, realId + 1) and adds both records, marked;
+    // without `records` the pair is left dangling.
+    static void AddMode(int virtualId, int realId, bool records = true) {
+        Orlune::gVituralMapTable[virtualId] = RealParamIdStru{realId, realId + 1};
+        if (records) {
+            Orlune::gRealMapTable[realId].words[kMainMarkerWord] = static_cast<int16_t>(realId);
+            Orlune::gRealMapTableExt[realId + 1].words[kExtMarkerWord] =
+                    static_cast<int16_t>(realId + 1);
+        }
+    }
+    static const SetParaCall& LastCall() {
+        static const SetParaCall kNone = {};
+        return calls.empty() ? kNone : calls.back();
+    }
+    // Real id of the main record of the last call (-1 when nothing was called).
+    static int LastMainId() { return calls.empty() ? -1 : LastCall().para.words[kMainMarkerWord]; }
+    static uint16_t MainWord(int i) { return static_cast<uint16_t>(LastCall().para.words[i]); }
+    static uint16_t ExtWord(int i) { return static_cast<uint16_t>(LastCall().ext.words[i]); }
+    std::string Get(const char* keys) { return o->KivParamsGet(android::String8(keys)).c_str(); }
 
-    // Real id of the main and extended record of the last call (-1 when nothing was called).
-    static int LastMainId();
-    static int LastExtId();
-    static const SetParaCall& LastCall();
-    static size_t CallCount();
-    static void SetNextResult(int32_t result);
-    static int InitCalls();
-
+    static constexpr int16_t kRow[kThresholdsPerScene] = {2, 4, 6, 8, 10, 12};
+    static inline std::vector<SetParaCall> calls;
+    static inline int32_t nextResult = 0;
     std::unique_ptr<Orlune> o;
     LogCapture log;
 };
