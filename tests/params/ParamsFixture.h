@@ -36,8 +36,9 @@ protected:
         for (auto& row : o->volumeThresholds) {
             std::copy(kRow, kRow + kThresholdsPerScene, row);
         }
-        // Only the modes a test adds exist. Other process-wide state is not reset: each test
-        // runs in a process of its own.
+        // Only the modes a test adds exist, and the older UI type holds. Other process-wide state
+        // is not reset: under ctest each test runs in a process of its own.
+        Orlune::gUiType = 0;
         Orlune::gVituralMapTable.clear();
         Orlune::gRealMapTable.clear();
         Orlune::gRealMapTableExt.clear();
