@@ -1,13 +1,13 @@
 // The three pop-eliminator functions of the shipped library, reached as another module of the
-// host process reaches them: by name, from the loaded library.
-#include <android/log.h>
+// host process reaches them: by name, from the loaded library. They run the class's searches
+// and fades; what differs is tested here: one shared stream, 1536-byte blocks as well, a clear
+// of 384 cache bytes whatever the cache size, and the rate change's rounding.
 #include <dlfcn.h>
-#include <gtest/gtest.h>
-#include <string.h>
 
+#include <memory>
 #include <vector>
 
-#include "popelim/ProcessTypes.h"
+#include "tests/popelim/PopElimTestUtil.h"
 #include "tests/support/LogCapture.h"
 
 namespace {
@@ -16,47 +16,73 @@ using InitFn = ProcessHandle* (*)(const ProcessConfig*);
 using ClearFn = int (*)(ProcessHandle*);
 using ProcessFn = int32_t* (*)(ProcessHandle*, const void*, unsigned, bool);
 
-TEST(ExportedLibraryTest, RunsTheStandAlonePopEliminator) {
-    void* lib = dlopen(ORLUNE_LIB_PATH, RTLD_NOW | RTLD_LOCAL);
-    ASSERT_NE(lib, nullptr) << dlerror();
-    auto init = reinterpret_cast<InitFn>(dlsym(lib, "CuttingEdgeFadeinoutInit"));
-    auto clear = reinterpret_cast<ClearFn>(dlsym(lib, "ClearCachedBuffer"));
-    auto process = reinterpret_cast<ProcessFn>(dlsym(lib, "CuttingEdgeProcess"));
-    ASSERT_TRUE(init != nullptr && clear != nullptr && process != nullptr);
+struct ExportedLibraryTest : ::testing::Test {
+    void SetUp() override { ASSERT_TRUE(lib && init && clear && process) << dlerror(); }
+    // An initialised stream with a cleared cache.
+    ProcessHandle* Init(uint32_t bufferSize) {
+        const ProcessConfig config{2, 4, bufferSize, 0, 3};
+        ProcessHandle* h = init(&config);
+        EXPECT_TRUE(h != nullptr && clear(h) == 0);
+        return h;
+    }
 
+    std::unique_ptr<void, int (*)(void*)> lib{dlopen(ORLUNE_LIB_PATH, RTLD_NOW | RTLD_LOCAL),
+                                              dlclose};
+    InitFn init = reinterpret_cast<InitFn>(dlsym(lib.get(), "CuttingEdgeFadeinoutInit"));
+    ClearFn clear = reinterpret_cast<ClearFn>(dlsym(lib.get(), "ClearCachedBuffer"));
+    ProcessFn process = reinterpret_cast<ProcessFn>(dlsym(lib.get(), "CuttingEdgeProcess"));
     LogCapture log;
-    const ProcessConfig config{2, 4, 3840, 0, 3};
-    ProcessHandle* h = init(&config);
-    ASSERT_NE(h, nullptr);
-    EXPECT_EQ(init(&config), h);
+};
+
+TEST_F(ExportedLibraryTest, RunsOneSharedStreamOf3840Or1536ByteBlocks) {
+    ProcessHandle* h = Init(1536);
+    EXPECT_EQ(Init(3840), h);
+    EXPECT_EQ(clear(nullptr), -1000);
     EXPECT_TRUE(
             log.Has("CuttingEdgeFadeinoutInit succeed, cache size = 384, buffer size = 3840, "
-                    "OutputType = 0, format = 3",
-                    "cutting_edge_preprocess", ANDROID_LOG_INFO))
+                    "OutputType = 0, format = 3"));
+    const Stereo block(kFrames, Lv(20000));
+    EXPECT_NE(process(h, block.s.data(), 1536, true), nullptr);
+    EXPECT_EQ(process(h, block.s.data(), 1024, true), nullptr);
+    EXPECT_EQ(process(nullptr, block.s.data(), 3840, true), nullptr);
+}
+
+TEST_F(ExportedLibraryTest, SmallBlockAfterFullInitSearchesStaleFramesOfTheWorkBuffer) {
+    ProcessHandle* h = Init(3840);
+    // Left channel drops to level 100 at input frame 300, frame 348 of the delayed block; the
+    // block is not faded, so the drop stays in the work buffer past frame 192.
+    const Stereo drop = Stereo(kFrames, Lv(20000)).Fill(0, 300, kFrames, 100);
+    ASSERT_NE(process(h, drop.s.data(), 3840, false), nullptr);
+    log.Clear();
+    const int32_t* out = process(h, Stereo(192, Lv(20000)).s.data(), 1536, true);
+    ASSERT_NE(out, nullptr);
+    EXPECT_EQ(log.Count("falling edge fade out, pos = 348, value = 20000, channel = 0"), 1)
             << log.Dump();
-    EXPECT_EQ(h->cacheSize, 384u);
-    EXPECT_EQ(clear(h), 0);
-    EXPECT_EQ(clear(nullptr), -1000);
+    // The block itself gets the left half of the V: the cache (level 100) then the new block.
+    for (unsigned k = 0; k < 192; ++k) {
+        const int64_t s = k < kCacheFrames ? Lv(100) : Lv(20000);
+        ASSERT_EQ(out[k * 2], s - k * s / 348) << k;
+        ASSERT_EQ(out[k * 2 + 1], Lv(20000)) << k;
+    }
+    // The rising half is 3840 frames long by the wrapped end rule and stops at the buffer's end.
+    EXPECT_EQ(out[349 * 2], Lv(100) / 3840);
+    EXPECT_EQ(out[479 * 2], int64_t{131} * Lv(100) / 3840);
+}
 
-    // A steady loud block comes back 48 frames late; the cache's zeros lead it.
-    std::vector<int32_t> block(960, 20000 * 65536);
-    int32_t* out = process(h, block.data(), 3840, false);
+TEST_F(ExportedLibraryTest, RateChangeClears384BytesWhateverTheCacheSizeAndRoundsTheCacheUp) {
+    ProcessHandle* h = Init(1536);
+    ASSERT_EQ(h->cacheSize, 152u);  // rounded down to whole frames at initialisation
+    memset(h->cache, 0xAB, kPopCacheBytes);
+    h->sampleRate = 44100;
+    const Stereo block(192, Lv(7));
+    int32_t* out = process(h, block.s.data(), 1536, false);
     ASSERT_NE(out, nullptr);
-    EXPECT_EQ(out[95], 0);
-    EXPECT_EQ(out[96], 20000 * 65536);
-    EXPECT_EQ(memcmp(out + 96, block.data(), 3840 - 384), 0);
-    // With fades on, the hard onset after the zeros (frame 48) rises from zero.
-    EXPECT_EQ(clear(h), 0);
-    out = process(h, block.data(), 3840, true);
-    ASSERT_NE(out, nullptr);
-    EXPECT_EQ(out[96], 0);
-    EXPECT_EQ(out[98], 20000 * 65536 / 432);
-    EXPECT_TRUE(log.Has("raising edge fade in, pos = 48, value = 20000, channel = 0"));
-
-    EXPECT_NE(process(h, block.data(), 1536, true), nullptr);
-    EXPECT_EQ(process(h, block.data(), 1024, true), nullptr);
-    EXPECT_EQ(process(nullptr, block.data(), 3840, true), nullptr);
-    dlclose(lib);
+    EXPECT_TRUE(log.Has("Sample rate 44100 -> 48000", "cutting_edge_preprocess", ANDROID_LOG_INFO));
+    EXPECT_TRUE(log.Has("Buffer size 1536, cache size 156"));
+    // 384 bytes were cleared, whatever the cache size: 156 lead the block, the rest stay zero.
+    EXPECT_EQ(Bytes(out, 0, 156), std::vector<uint8_t>(156, 0));
+    EXPECT_EQ(Bytes(out, 156, 1536 - 156), Bytes(block.s.data(), 0, 1536 - 156));
+    EXPECT_EQ(Bytes(h->cache, 156, 228), std::vector<uint8_t>(228, 0));
 }
 
 }  // namespace

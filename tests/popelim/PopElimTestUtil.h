@@ -17,38 +17,21 @@ constexpr int32_t Lv(int level) {
     return level * 65536;
 }
 
-inline ProcessConfig StereoConfig(uint32_t bufferSize = kPopBlockBytes) {
-    return ProcessConfig{2, 4, bufferSize, 0, 3};
-}
-
 // Interleaved stereo samples.
 struct Stereo {
     std::vector<int32_t> s;
     explicit Stereo(unsigned frames, int32_t value = 0) : s(frames * 2, value) {}
-    int32_t& at(unsigned frame, unsigned channel) { return s[frame * 2 + channel]; }
-    int32_t at(unsigned frame, unsigned channel) const { return s[frame * 2 + channel]; }
-    // Frames [from, to) of `channel` at `level`.
+    // Frames [from, to) of `channel` at `level`, or holding `sample`.
     Stereo& Fill(unsigned channel, unsigned from, unsigned to, int level) {
+        return Set(channel, from, to, Lv(level));
+    }
+    Stereo& Set(unsigned channel, unsigned from, unsigned to, int32_t sample) {
         for (unsigned f = from; f < to; ++f) {
-            at(f, channel) = Lv(level);
+            s[f * 2 + channel] = sample;
         }
         return *this;
     }
-    unsigned bytes() const { return static_cast<unsigned>(s.size() * 4); }
 };
-
-// Loud random samples (levels 16000 to 29999 of either sign): no frame is quiet and no frame
-// drops below a tenth of the one before, so they hold no edge.
-inline Stereo Noise(unsigned frames, uint32_t state) {
-    Stereo b(frames);
-    for (int32_t& x : b.s) {
-        state = state * 1664525u + 1013904223u;
-        const int32_t level = 16000 + static_cast<int32_t>((state >> 8) % 14000);
-        const int32_t sample = Lv(level) + static_cast<int32_t>(state & 0xFFFF);
-        x = (state & 0x80000000u) ? -sample : sample;
-    }
-    return b;
-}
 
 // Bytes [from, from + count) of `block`.
 inline std::vector<uint8_t> Bytes(const void* block, size_t from, size_t count) {
@@ -63,14 +46,9 @@ struct ClassStream {
     int32_t buffer[kFrames * 2] = {};
     uint8_t cache[kPopCacheBytes] = {};
 
-    ProcessHandle* Init(const ProcessConfig& config = StereoConfig()) {
+    ProcessHandle* Init(ProcessConfig config = {2, 4, kPopBlockBytes, 0, 3}) {
         return elim.CuttingEdgeFadeinoutInit(&config, &handle, buffer, cache);
     }
     // Puts `block` straight into the work buffer, as the searches see it after the delay.
     void Load(const Stereo& block) { memcpy(buffer, block.s.data(), sizeof(buffer)); }
-    int32_t Sample(unsigned frame, unsigned channel) const { return buffer[frame * 2 + channel]; }
-    int32_t* Process(const Stereo& block, bool enable = true) {
-        return elim.CuttingEdgeProcess(&handle, block.s.data(), block.bytes(), enable,
-                                       kPopCacheBytes);
-    }
 };
