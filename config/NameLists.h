@@ -34,16 +34,16 @@ enum HpMultiKind { DEFAULT_MODE = 0, MULTI_MODE = 1, MULTI_MOVIE_MODE = 2, MULTI
 inline constexpr const char* kOutputPathNames[] = {"SPEAKER", "HEADPSET", "BLUETOOTH"};
 inline constexpr const char* kFoldStateNames[] = {"FOLDED", "FULL", "HALF_FOLDED"};
 inline constexpr const char* kOrientationNames[] = {"PORTRAIT", "LANDSCAPE"};
-inline constexpr const char* kSceneNames[] = {"MUSIC",    "GAME",           "MOVIE",
-                                              "EDUCATION", "VIDEO",         "LOWPOWER",
-                                              "GAME_HIGH_TEMP", "RING",     "VOICEENHANCE"};
+inline constexpr const char* kSceneNames[] = {"MUSIC",          "GAME",  "MOVIE",
+                                              "EDUCATION",      "VIDEO", "LOWPOWER",
+                                              "GAME_HIGH_TEMP", "RING",  "VOICEENHANCE"};
 inline constexpr const char* kVolumeLevelNames[] = {"LOW",  "ONE",  "TWO", "THREE",
                                                     "FOUR", "FIVE", "LOUD"};
-inline constexpr const char* kHpModeNames[] = {"HP_3D_OFF", "HP_3D_LISTEN", "HP_3D_FRONT",
-                                               "HP_3D_WIDE", "HP_3D_GRAND", "HP_MUSIC",
-                                               "HP_MOVIE",   "HP_GAME",     "HP_CUSTOM"};
-inline constexpr const char* kParamModeNames[] = {"DEFAULT_MODE", "MULTI_MODE",
-                                                  "MULTI_MOVIE_MODE", "MULTI_MODE9"};
+inline constexpr const char* kHpModeNames[] = {"HP_3D_OFF",  "HP_3D_LISTEN", "HP_3D_FRONT",
+                                               "HP_3D_WIDE", "HP_3D_GRAND",  "HP_MUSIC",
+                                               "HP_MOVIE",   "HP_GAME",      "HP_CUSTOM"};
+inline constexpr const char* kParamModeNames[] = {"DEFAULT_MODE", "MULTI_MODE", "MULTI_MOVIE_MODE",
+                                                  "MULTI_MODE9"};
 
 // Name of entry `i` of a list, or "UNKNOWN" when out of range (log lines never index past a
 // list, whatever the host set).

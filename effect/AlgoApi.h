@@ -20,8 +20,7 @@ constexpr int kAlgoSizeWords = 8;       // the size query fills the first four
 
 extern "C" {
 typedef int32_t (*AlgoInitFn)(void** memFirst, void** memSecond);
-typedef int32_t (*AlgoApplyFn)(void** memFirst, void** memSecond, void* paramArea,
-                               KivIoInfo* io);
+typedef int32_t (*AlgoApplyFn)(void** memFirst, void** memSecond, void* paramArea, KivIoInfo* io);
 typedef int32_t (*AlgoSetParaFn)(void** memFirst, void* paramArea,
                                  const AudioOrluneMobilePara* para,
                                  const AudioOrluneMobileParaExt* ext);

@@ -3,9 +3,9 @@
 
 #include <android/log.h>
 
-constexpr const char* kTagMobile = "orlune_mobile";           // instance, configuration, parameters
-constexpr const char* kTagEvent = "orlune_event";             // usage statistics
-constexpr const char* kTagPop = "cutting_edge_preprocess";    // pop eliminator
+constexpr const char* kTagMobile = "orlune_mobile";         // instance, configuration, parameters
+constexpr const char* kTagEvent = "orlune_event";           // usage statistics
+constexpr const char* kTagPop = "cutting_edge_preprocess";  // pop eliminator
 // The detection bridge logs with no tag (nullptr).
 
 #define ORLUNE_LOG(prio, ...) __android_log_print(prio, kTagMobile, __VA_ARGS__)

@@ -266,8 +266,8 @@ public:
     int32_t param7Value = 0;
     int32_t mMuteCountdown = 0;  // start-up output guard, set with param7Value
     int32_t mMuteArmed = 0;
-    uint8_t param5Flag = 0;  // a left/right swap is wanted
-    int32_t param5Step = 1;  // swap fade step: -1 towards swapped, +1 towards normal
+    uint8_t param5Flag = 0;   // a left/right swap is wanted
+    int32_t param5Step = 1;   // swap fade step: -1 towards swapped, +1 towards normal
     uint8_t param37Flag = 0;  // swap inhibited
     uint8_t channelSwapped = 0;
 

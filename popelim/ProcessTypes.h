@@ -26,7 +26,7 @@ struct ProcessHandle {
 
 // One row of the block-size to sample-rate table.
 struct SampleRateRow {
-    uint32_t blockSize;  // bytes
+    uint32_t blockSize;   // bytes
     uint32_t sampleRate;  // Hz
 };
 

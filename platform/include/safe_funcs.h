@@ -51,8 +51,7 @@ __attribute__((format(printf, 3, 4))) inline int sprintf_s(char* dest, size_t de
 // Writes at most `count` characters (and never more than destMax - 1); returns -1 when the
 // text was cut or on a bad argument.
 __attribute__((format(printf, 4, 5))) inline int snprintf_s(char* dest, size_t destMax,
-                                                            size_t count, const char* format,
-                                                            ...) {
+                                                            size_t count, const char* format, ...) {
     va_list ap;
     va_start(ap, format);
     int r = safe_funcs::VsnprintfS(dest, destMax, count, format, ap);

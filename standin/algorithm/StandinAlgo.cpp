@@ -45,8 +45,7 @@ int32_t Saturate(int64_t v) {
 }
 
 // Applies width to the side signal and gain to both channels of one stereo pair.
-void Tune(int64_t l, int64_t r, int32_t gainQ12, int32_t widthQ12, int32_t* outL,
-          int32_t* outR) {
+void Tune(int64_t l, int64_t r, int32_t gainQ12, int32_t widthQ12, int32_t* outL, int32_t* outR) {
     const int64_t mid = (l + r) / 2;
     const int64_t side = ((l - r) / 2) * widthQ12 / kStandinUnityQ12;
     *outL = Saturate((mid + side) * gainQ12 / kStandinUnityQ12);

@@ -32,12 +32,10 @@ void ExpectBlocksUntouched(HostOrlune* inst) {
         audio_format_t format;
         int bytesPerSample;
     };
-    const Shape shapes[] = {{240, 2, AUDIO_FORMAT_PCM_16_BIT, 2},
-                            {480, 2, AUDIO_FORMAT_PCM_FLOAT, 4},
-                            {960, 2, AUDIO_FORMAT_PCM_32_BIT, 4},
-                            {1001, 4, AUDIO_FORMAT_PCM_16_BIT, 2},
-                            {1920, 8, AUDIO_FORMAT_PCM_24_BIT_PACKED, 3},
-                            {480, 10, AUDIO_FORMAT_PCM_16_BIT, 2}};
+    const Shape shapes[] = {
+            {240, 2, AUDIO_FORMAT_PCM_16_BIT, 2},         {480, 2, AUDIO_FORMAT_PCM_FLOAT, 4},
+            {960, 2, AUDIO_FORMAT_PCM_32_BIT, 4},         {1001, 4, AUDIO_FORMAT_PCM_16_BIT, 2},
+            {1920, 8, AUDIO_FORMAT_PCM_24_BIT_PACKED, 3}, {480, 10, AUDIO_FORMAT_PCM_16_BIT, 2}};
     for (const Shape& s : shapes) {
         const int room = s.channels == 4 ? 4 : s.channels;
         std::vector<uint8_t> block(static_cast<size_t>(s.frames) * room * s.bytesPerSample);
@@ -78,8 +76,8 @@ TEST(BindingTest, MissingAlgorithmLibraryPassesEveryBlockBitExact) {
     LogCapture log;
     HostOrlune* inst = lib.Create();
     inst->KivOutProcPlayInit();
-    EXPECT_TRUE(log.Has("LoadOrulneEffect: load orlune Effect lib", "orlune_mobile",
-                        ANDROID_LOG_INFO));
+    EXPECT_TRUE(
+            log.Has("LoadOrulneEffect: load orlune Effect lib", "orlune_mobile", ANDROID_LOG_INFO));
     EXPECT_TRUE(log.Has("LoadOrulneEffect: lib64orlune7_1.so open fail.", "orlune_mobile",
                         ANDROID_LOG_ERROR));
     EXPECT_TRUE(log.Has("KivOutProcPlayInit: load orlune effect fail.", "orlune_mobile",
@@ -123,9 +121,10 @@ TEST(BindingTest, BindsOnceAndKeepsTheLibraryMapped) {
                         ANDROID_LOG_INFO),
               1)
             << log.Dump();
-    EXPECT_TRUE(log.Has("cgtVersion: standin-cc 12.2, releaseVersion: standin 1.0.0, "
-                        "releaseDate: 2026-11-21",
-                        "orlune_mobile", ANDROID_LOG_INFO));
+    EXPECT_TRUE(
+            log.Has("cgtVersion: standin-cc 12.2, releaseVersion: standin 1.0.0, "
+                    "releaseDate: 2026-11-21",
+                    "orlune_mobile", ANDROID_LOG_INFO));
 
     inst->KivOutProcPlayInit();
     EXPECT_EQ(log.Count("LoadOrulneEffect: load orlune Effect lib"), 1);

@@ -45,9 +45,9 @@ TEST(ExportsTest, DynamicSymbolTableHoldsExactlyTheFiveFunctions) {
 TEST(ExportsTest, ExportsResolveWithUnmangledNames) {
     HostLibrary lib;
     ASSERT_TRUE(lib.Loaded()) << dlerror();
-    for (const char* name : {"GetOrluneInstance", "DeleteOrluneInstance",
-                             "CuttingEdgeFadeinoutInit", "ClearCachedBuffer",
-                             "CuttingEdgeProcess"}) {
+    for (const char* name :
+         {"GetOrluneInstance", "DeleteOrluneInstance", "CuttingEdgeFadeinoutInit",
+          "ClearCachedBuffer", "CuttingEdgeProcess"}) {
         EXPECT_NE(lib.Symbol(name), nullptr) << name;
     }
     EXPECT_EQ(lib.Symbol("_ZN6OrluneC1Ev"), nullptr);

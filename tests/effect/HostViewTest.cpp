@@ -20,15 +20,14 @@ TEST(HostViewTest, EachSlotReachesItsOperation) {
     EXPECT_TRUE(log.Has("LoadOrulneEffect 1075: Load orlune algo lib OK.")) << log.Dump();
 
     inst->KivParamsSetInt(4, 1);  // slot 4
-    EXPECT_TRUE(log.Has("KivParamsSetInt: Param 4 is set to 1", "orlune_mobile",
-                        ANDROID_LOG_INFO));
+    EXPECT_TRUE(log.Has("KivParamsSetInt: Param 4 is set to 1", "orlune_mobile", ANDROID_LOG_INFO));
 
     inst->KivParamsSetFloat(11, -10.0f);  // slot 5
     EXPECT_TRUE(log.Has("volumeDb = -10.000000", "orlune_mobile", ANDROID_LOG_INFO));
 
     inst->KivParamsSetString(99, "x");  // slot 6
-    EXPECT_TRUE(log.Has("SetString Unsupport param: 99, value: x", "orlune_mobile",
-                        ANDROID_LOG_INFO));
+    EXPECT_TRUE(
+            log.Has("SetString Unsupport param: 99, value: x", "orlune_mobile", ANDROID_LOG_INFO));
 
     android::String8 reply = inst->KivParamsGet(android::String8("CHANNEL_SWAPPED"));  // 7
     EXPECT_STREQ(reply.c_str(), "CHANNEL_SWAPPED=false");

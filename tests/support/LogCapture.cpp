@@ -9,8 +9,7 @@ std::vector<LogLine> gLines;
 
 void CaptureLogger(const __android_logger_data* data, const char* message) {
     std::lock_guard<std::mutex> lock(gMutex);
-    gLines.push_back(
-            {data->priority, data->tag ? data->tag : "", message ? message : ""});
+    gLines.push_back({data->priority, data->tag ? data->tag : "", message ? message : ""});
 }
 
 bool Matches(const LogLine& line, const char* tag, int priority) {
