@@ -14,7 +14,7 @@
 
 #include "effect/orlune.h"
 #include "tools/config/ConfigReport.h"
-#include "tools/config/Inspections.h"
+#include "tools/config/Checks.h"
 #include "tools/config/LoadOrder.h"
 #include "tools/config/LogCollector.h"
 #include "tools/config/ReportOutput.h"

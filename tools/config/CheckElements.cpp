@@ -11,7 +11,7 @@
 
 #include "config/ValueCountObserver.h"
 #include "effect/orlune.h"
-#include "tools/config/Inspections.h"
+#include "tools/config/Checks.h"
 #include "tools/config/LoadOrder.h"
 
 namespace {

@@ -7,7 +7,7 @@
 
 #include "config/ConfigPaths.h"
 #include "effect/orlune.h"
-#include "tools/config/Inspections.h"
+#include "tools/config/Checks.h"
 
 namespace {
 

@@ -4,7 +4,7 @@
 
 #include "config/NameLists.h"
 #include "effect/orlune.h"
-#include "tools/config/Inspections.h"
+#include "tools/config/Checks.h"
 
 namespace {
 

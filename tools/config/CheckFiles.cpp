@@ -9,7 +9,7 @@
 
 #include "config/ConfigPaths.h"
 #include "effect/orlune.h"
-#include "tools/config/Inspections.h"
+#include "tools/config/Checks.h"
 #include "tools/config/LoadOrder.h"
 
 namespace {
