@@ -155,13 +155,8 @@ void Orlune::KivOutProcPlaySamples(short* buffer, int frames, int channels, audi
         InitKiv(true);
     }
 
-    if (mDeviceType == 2 || mDeviceType == 3) {
-        outputPath = OUTPUT_HEADSET;
-        SetNsForHeadsetOrA2dp(pc);
-    } else {
-        outputPath = OUTPUT_SPEAKER;
-        SetNsForSpeaker(pc);
-    }
+    // The tuning for the current device (the volume word it sets is refreshed below too).
+    KivParamsSetNS(pc);
 
     ReadInputToBuffer(buffer, frames * pc, format);
 
