@@ -14,3 +14,8 @@ LAD_EXPORT void DeleteLadInstance(android::LoudDetector* detector) {
     delete static_cast<lad_standin::StandinDetector*>(detector);
 }
 #endif
+
+// Host only: lets a harness watch the detector's measurements (see SetMeasureObserver).
+LAD_EXPORT void LadStandinObserve(lad_standin::MeasureObserver observer, void* context) {
+    lad_standin::SetMeasureObserver(observer, context);
+}

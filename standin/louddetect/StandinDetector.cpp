@@ -16,6 +16,9 @@ namespace {
 
 static_assert(sizeof(RecordData) <= sizeof(LadReportInfo::data), "fits the data block");
 
+MeasureObserver gObserver = nullptr;
+void* gObserverContext = nullptr;
+
 RecordData ReadData(const LadReportInfo& info) {
     RecordData data;
     memcpy(&data, info.data, sizeof data);
@@ -27,6 +30,11 @@ void WriteData(LadReportInfo& info, const RecordData& data) {
 }
 
 }  // namespace
+
+void SetMeasureObserver(MeasureObserver observer, void* context) {
+    gObserver = observer;
+    gObserverContext = context;
+}
 
 StandinDetector::~StandinDetector() {
     __android_log_print(ANDROID_LOG_INFO, kTag, "detector released");
@@ -115,6 +123,9 @@ int StandinDetector::Measure(const sp<LadReportInfo>& info, const void* samples,
     Levels levels = MeasureInt32(static_cast<const int32_t*>(samples), count);
     info->metricA = levels.peakDbfs;
     info->metricB = levels.rmsDbfs;
+    if (gObserver != nullptr) {
+        gObserver(gObserverContext, output ? 1 : 0, levels.peakDbfs, levels.rmsDbfs);
+    }
     RecordData data = ReadData(*info);
     ++(output ? data.outputBlocks : data.inputBlocks);
     WriteData(*info, data);

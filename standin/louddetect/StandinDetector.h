@@ -9,6 +9,11 @@ namespace lad_standin {
 
 constexpr const char* kTag = "louddetect_standin";
 
+// A host harness may watch every measurement (output: 0 for an input buffer, 1 for an output
+// buffer); the device's library has no such hook.
+using MeasureObserver = void (*)(void* context, int output, float peakDbfs, float rmsDbfs);
+void SetMeasureObserver(MeasureObserver observer, void* context);
+
 class StandinDetector : public android::LoudDetector {
 public:
     StandinDetector() = default;

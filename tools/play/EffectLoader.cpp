@@ -45,7 +45,8 @@ bool EffectLoader::Open(const LoaderPaths& paths, std::string* error) {
         mAlgoLoaded = paths.algoLib;
     }
     if (!paths.detectLib.empty() && Exists(paths.detectLib)) {
-        if (dlopen(paths.detectLib.c_str(), RTLD_NOW | RTLD_GLOBAL) != nullptr) {
+        mDetect = dlopen(paths.detectLib.c_str(), RTLD_NOW | RTLD_GLOBAL);
+        if (mDetect != nullptr) {
             mDetectLoaded = paths.detectLib;
         }
     }
@@ -71,4 +72,8 @@ void EffectLoader::Delete(PlayEffect* effect) const {
     if (mDelete != nullptr && effect != nullptr) {
         mDelete(effect);
     }
+}
+
+void* EffectLoader::DetectSymbol(const char* name) const {
+    return mDetect != nullptr ? dlsym(mDetect, name) : nullptr;
 }

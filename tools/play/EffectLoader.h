@@ -25,9 +25,12 @@ public:
 
     const std::string& AlgoLoaded() const { return mAlgoLoaded; }
     const std::string& DetectLoaded() const { return mDetectLoaded; }
+    // A symbol of the preloaded detection library, or null.
+    void* DetectSymbol(const char* name) const;
 
 private:
     void* mEffect = nullptr;
+    void* mDetect = nullptr;
     void* (*mGet)() = nullptr;
     void (*mDelete)(void*) = nullptr;
     std::string mAlgoLoaded;

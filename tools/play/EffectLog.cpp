@@ -10,6 +10,8 @@ namespace {
 
 EffectLogFacts gFacts;
 bool gEcho = false;
+EffectLogListener gListener = nullptr;
+void* gListenerContext = nullptr;
 constexpr size_t kMaxProblems = 20;
 
 bool StartsWith(const char* text, const char* prefix) {
@@ -105,6 +107,9 @@ void Note(int priority, const char* tag, const char* msg) {
 void Logger(const __android_logger_data* data, const char* message) {
     const char* msg = message != nullptr ? message : "";
     Note(data->priority, data->tag, msg);
+    if (gListener != nullptr) {
+        gListener(gListenerContext, data->priority, data->tag, msg);
+    }
     if (gEcho) {
         static const char kLetters[] = "??VDIWEF";
         const int p = data->priority;
@@ -127,4 +132,9 @@ EffectLogFacts& EffectLog::Facts() {
 
 void EffectLog::Reset() {
     gFacts = EffectLogFacts();
+}
+
+void EffectLog::SetListener(EffectLogListener listener, void* context) {
+    gListener = listener;
+    gListenerContext = context;
 }

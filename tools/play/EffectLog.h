@@ -21,6 +21,10 @@ struct EffectLogFacts {
     std::vector<std::string> problems;  // warning and error lines, first 20
 };
 
+// Sees every log line as it is logged, on the thread that logs it.
+using EffectLogListener = void (*)(void* context, int priority, const char* tag,
+                                   const char* message);
+
 class EffectLog {
 public:
     // Installs the logger; `echo` also prints every line to stderr like logcat.
@@ -28,4 +32,6 @@ public:
     static EffectLogFacts& Facts();
     // Clears the facts gathered so far (keeps the logger).
     static void Reset();
+    // One further listener (null removes it), for the HTML report's recorder.
+    static void SetListener(EffectLogListener listener, void* context);
 };

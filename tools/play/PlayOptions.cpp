@@ -10,6 +10,7 @@ const char* const kPlayUsage =
         "                   [--set ID=VALUE]... [--setf ID=VALUE]... [--sets ID=TEXT]...\n"
         "                   [--at SECONDS:ID=VALUE]... [--atf SECONDS:ID=VALUE]...\n"
         "                   [--ats SECONDS:ID=TEXT]... [--dump] [--compensate] [--log]\n"
+        "                   [--report FILE.html]\n"
         "                   [--no-defaults] [--no-progress]\n"
         "                   [--lib PATH] [--algo PATH | --no-algo] [--detect PATH | --no-detect]\n"
         "                   IN.wav OUT.wav\n"
@@ -30,6 +31,9 @@ const char* const kPlayUsage =
         "                      e.g. --at 2:12=2 switches to the wired headset at 2 s\n"
         "  --dump              PCM dumps on (parameter 100) into DIR/data/audio_debug\n"
         "  --compensate        drop the effect's latency so the output lines up with the input\n"
+        "  --report FILE.html  also write a self-contained HTML page of the run: waveforms,\n"
+        "                      levels, timeline of tunings and parameters, the click remover's\n"
+        "                      edges, detector metrics, events; under 2 MB for any length\n"
         "  --log               print every log line of the effect to stderr\n"
         "  --no-defaults       do not enable the effect (ids 0, 32) or pick the loudspeaker\n"
         "                      (id 12) by default\n"
@@ -183,6 +187,9 @@ bool ParsePlayOptions(int argc, char** argv, PlayOptions* o, std::string* error)
                 return false;
         } else if (a == "--properties") {
             if (!value(&o->properties))
+                return false;
+        } else if (a == "--report") {
+            if (!value(&o->report))
                 return false;
         } else if (a == "--lib") {
             if (!value(&o->effectLib))

@@ -35,6 +35,7 @@ struct PlayOptions {
     int channels = 2;
     std::vector<ParamEvent> events;  // in command-line order
     bool dump = false;
+    std::string report;       // HTML report of the run; empty: none
     bool log = false;         // echo the effect's log lines
     bool compensate = false;  // drop the effect's latency from the output's start
     bool noDefaults = false;  // no enable/loudspeaker defaults

@@ -157,7 +157,8 @@ std::string DescribeParam(const ParamEvent& e) {
     return head + std::to_string(e.id) + "=" + value;
 }
 
-bool RunPlay(const PlayOptions& o, PlayEffect* effect, PlayResult* r, std::string* error) {
+bool RunPlay(const PlayOptions& o, PlayEffect* effect, PlayResult* r, std::string* error,
+             PlayObserver* observer) {
     WavReader reader;
     if (!reader.Open(o.input, error)) {
         return false;
@@ -202,6 +203,9 @@ bool RunPlay(const PlayOptions& o, PlayEffect* effect, PlayResult* r, std::strin
             timeline.begin(), timeline.end(),
             [](const ParamEvent& a, const ParamEvent& b) { return a.seconds < b.seconds; });
     for (const ParamEvent& e : start) {
+        if (observer != nullptr) {
+            observer->OnParam(0, e);
+        }
         ApplyParam(effect, e);
         r->applied.push_back(DescribeParam(e));
         if (e.kind == ParamEvent::INT && e.id == kIdDevice) {
@@ -239,11 +243,26 @@ bool RunPlay(const PlayOptions& o, PlayEffect* effect, PlayResult* r, std::strin
     size_t next = 0;
     Progress progress(o.progress && isatty(STDERR_FILENO) && total > 5 * r->rate,
                       static_cast<double>(total) / r->rate);
+    if (observer != nullptr) {
+        PlayStart s;
+        s.rate = r->rate;
+        s.spanFrames = (wanted + skip + o.block - 1) / o.block * o.block;
+        s.format = o.format;
+        s.inChannels = inChannels;
+        s.outChannels = r->outChannels;
+        s.block = o.block;
+        s.latency = latency;
+        s.outputShift = latency - skip;
+        observer->OnStart(s);
+    }
 
     while (r->outputFrames < wanted) {
         while (next < timeline.size() &&
                timeline[next].seconds * r->rate <= static_cast<double>(r->framesFed)) {
             const ParamEvent& e = timeline[next++];
+            if (observer != nullptr) {
+                observer->OnParam(r->framesFed, e);
+            }
             ApplyParam(effect, e);
             r->applied.push_back(DescribeParam(e));
             if (e.kind == ParamEvent::INT && e.id == kIdDevice) {
@@ -268,11 +287,17 @@ bool RunPlay(const PlayOptions& o, PlayEffect* effect, PlayResult* r, std::strin
         memset(block.data() + static_cast<size_t>(frames) * inChannels * bytes, 0,
                static_cast<size_t>(frames) * (capacity - inChannels) * bytes);
 
+        if (observer != nullptr) {
+            observer->OnBlockIn(r->framesFed, block.data(), frames);
+        }
         const auto t0 = std::chrono::steady_clock::now();
         effect->KivOutProcPlaySamples(reinterpret_cast<short*>(block.data()), frames, layout,
                                       format);
         r->processSeconds +=
                 std::chrono::duration<double>(std::chrono::steady_clock::now() - t0).count();
+        if (observer != nullptr) {
+            observer->OnBlockDone(r->framesFed, frames);
+        }
         ++r->blocks;
 
         // A refused stereo block comes back as it went in: two channels.
@@ -291,6 +316,9 @@ bool RunPlay(const PlayOptions& o, PlayEffect* effect, PlayResult* r, std::strin
                 if (f >= 0) {
                     outOnset = r->framesFed + from + f;
                 }
+            }
+            if (observer != nullptr) {
+                observer->OnOutput(r->outputFrames, out, keep, written);
             }
             if (!writer.Write(out, keep, written)) {
                 *error = "cannot write " + o.output;

@@ -6,14 +6,24 @@
 #include <stdlib.h>
 #include <sys/stat.h>
 
+#include <memory>
 #include <string>
 
 #include "tools/play/EffectLoader.h"
 #include "tools/play/EffectLog.h"
 #include "tools/play/PlayOptions.h"
+#include "tools/play/PlayReport.h"
 #include "tools/play/PlaySession.h"
+#include "tools/play/RunRecorder.h"
 
 namespace {
+
+// The stand-in detector's hook for watching its measurements, when it has one.
+using LadObserve = void (*)(void (*)(void*, int, float, float), void*);
+
+void DetectorMeasured(void* context, int output, float peakDbfs, float rmsDbfs) {
+    static_cast<RunRecorder*>(context)->OnDetectorMeasure(output != 0, peakDbfs, rmsDbfs);
+}
 
 std::string Absolute(const std::string& path) {
     char resolved[PATH_MAX];
@@ -243,6 +253,18 @@ int main(int argc, char** argv) {
         return RunInfo(o, loader, paths);
     }
 
+    // The report's recorder listens from the set-up on, which logs the UI type.
+    std::unique_ptr<RunRecorder> recorder;
+    LadObserve observe = nullptr;
+    if (!o.report.empty()) {
+        recorder = std::make_unique<RunRecorder>();
+        recorder->Listen();
+        observe = reinterpret_cast<LadObserve>(loader.DetectSymbol("LadStandinObserve"));
+        if (observe != nullptr) {
+            observe(DetectorMeasured, recorder.get());
+            recorder->SetDetectorObservable();
+        }
+    }
     PlayEffect* effect = loader.Create();
     if (effect == nullptr) {
         fprintf(stderr, "orlune-play: the library created no instance\n");
@@ -250,12 +272,30 @@ int main(int argc, char** argv) {
     }
     effect->KivOutProcPlayInit();
     PlayResult result;
-    const bool ok = RunPlay(o, effect, &result, &error);
+    const bool ok = RunPlay(o, effect, &result, &error, recorder.get());
     loader.Delete(effect);
+    if (observe != nullptr) {
+        observe(nullptr, nullptr);
+    }
     if (!ok) {
         fprintf(stderr, "orlune-play: %s\n", error.c_str());
         return 2;
     }
     PrintSummary(o, result, EffectLog::Facts());
+    if (recorder != nullptr) {
+        const RunTrace trace = recorder->Finish(result.framesFed);
+        const PlayReportInput input{
+                &o,
+                &result,
+                &EffectLog::Facts(),
+                &trace,
+                Absolute(paths.effectLib),
+                loader.AlgoLoaded().empty() ? "" : Absolute(loader.AlgoLoaded()),
+                loader.DetectLoaded().empty() ? "" : Absolute(loader.DetectLoaded())};
+        if (!WritePlayReport(o.report, input, &error)) {
+            fprintf(stderr, "orlune-play: %s\n", error.c_str());
+            return 2;
+        }
+    }
     return 0;
 }
