@@ -89,6 +89,7 @@ void CheckDuplicateIds(const LogCollector& log, ConfigReport* r) {
     }
     for (int32_t id : order) {
         if (seen[id] > 1) {
+            r->duplicateIds.insert(id);
             r->Add(Severity::Error, "duplicate_id",
                    "main XML: " + std::to_string(seen[id] - 1) + " later element(s) with ID " +
                            std::to_string(id) + " dropped: the first element is kept");
@@ -109,6 +110,7 @@ void CheckDuplicateNumids(const LogCollector& log, ConfigReport* r) {
         if (known == first.end()) {
             first[numId] = {id, extId};
         } else {
+            r->duplicateNumids.insert(numId);
             r->Add(Severity::Error, "duplicate_numid",
                    "virtual-map XML: NUMID " + std::to_string(numId) + " -> ID " +
                            std::to_string(id) + " / EXTID " + std::to_string(extId) +

@@ -3,6 +3,7 @@
 
 #include <stdint.h>
 
+#include <set>
 #include <string>
 #include <vector>
 
@@ -62,6 +63,10 @@ struct ConfigReport {
     int uiTypeNode = 0;
     int16_t thresholdRaw[37] = {};
     std::vector<Finding> findings;
+    // Ids given more than once, whose later elements the readers dropped: NUMIDs of the
+    // virtual-map XML and record IDs of the main XML.
+    std::set<int32_t> duplicateNumids;
+    std::set<int32_t> duplicateIds;
 
     void Add(Severity severity, const std::string& kind, const std::string& message) {
         findings.push_back({severity, kind, message});

@@ -1,4 +1,4 @@
-// orlune-config [--properties FILE] [--json] [--region] DEVICE_ROOT
+// orlune-config [--properties FILE] [--json] [--region] [--report FILE.html] DEVICE_ROOT
 //
 // Loads a device's effect configuration through the library's own readers, in the order of the
 // effect's first set-up, and reports which files were chosen and why, how every virtual
@@ -23,11 +23,14 @@ namespace {
 
 int Usage() {
     fprintf(stderr,
-            "usage: orlune-config [--properties FILE] [--json] [--region] DEVICE_ROOT\n"
+            "usage: orlune-config [--properties FILE] [--json] [--region] [--report FILE.html]\n"
+            "                     DEVICE_ROOT\n"
             "  --properties FILE  system properties (key=value lines); without it every\n"
             "                     property has its default\n"
             "  --json             machine-readable report\n"
-            "  --region           read region files, as after parameter 1\n");
+            "  --region           read region files, as after parameter 1\n"
+            "  --report FILE.html also write a self-contained HTML page: the tuning space as\n"
+            "                     grids, threshold step plots, files, errors and warnings\n");
     return 2;
 }
 
@@ -36,12 +39,15 @@ int Usage() {
 int main(int argc, char** argv) {
     ConfigReport report;
     bool json = false;
+    std::string html;
     for (int i = 1; i < argc; ++i) {
         const std::string arg = argv[i];
         if (arg == "--json") {
             json = true;
         } else if (arg == "--region") {
             report.regionEnabled = true;
+        } else if (arg == "--report" && i + 1 < argc) {
+            html = argv[++i];
         } else if (arg == "--properties" && i + 1 < argc) {
             report.propertiesFile = argv[++i];
         } else if (!arg.empty() && arg[0] != '-' && report.deviceRoot.empty()) {
@@ -93,6 +99,11 @@ int main(int argc, char** argv) {
         PrintReportJson(report, stdout);
     } else {
         PrintReportText(report, stdout);
+    }
+    std::string error;
+    if (!html.empty() && !WriteReportHtml(report, html, &error)) {
+        fprintf(stderr, "orlune-config: %s\n", error.c_str());
+        return 2;
     }
     return report.Count(Severity::Error) > 0 ? 1 : 0;
 }
