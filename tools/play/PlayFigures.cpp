@@ -14,6 +14,7 @@ constexpr double kRowHeight = 16;
 constexpr double kRowGap = 3;
 constexpr double kAxisHeight = 14;
 constexpr size_t kMarkersThroughLanes = 60;
+constexpr size_t kTitleChars = 200;
 
 double Seconds(const RunTrace& t) {
     return static_cast<double>(t.span) / t.rate;
@@ -75,7 +76,7 @@ std::string Markers(const RunTrace& t, const std::vector<int64_t>& frames,
     std::string out;
     for (const MarkGroup& g : GroupMarks(frames, t.span, RunTrace::kColumns, kMaxMarkers)) {
         const double x = XOf(t, frames[g.first]);
-        std::string title = titles[g.first];
+        std::string title = Clip(titles[g.first], kTitleChars);
         if (g.count > 1) {
             title = std::to_string(g.count) + " from " + title;
         }
@@ -175,7 +176,8 @@ std::string TimelineFigure(const RunTrace& t) {
                         std::to_string(d.merged) + " changes from " + SecondsText(s.start, t.rate));
                 continue;
             }
-            const std::string title = s.label + " (" + SecondsText(s.start, t.rate) + " to " +
+            const std::string title = Clip(s.label, kTitleChars) + " (" +
+                                      SecondsText(s.start, t.rate) + " to " +
                                       SecondsText(s.end, t.rate) + ")";
             out += SvgRect(x, y, w, kRowHeight, s.problem ? "seg-bad" : kShades[d.index % 3],
                            title);

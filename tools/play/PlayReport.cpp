@@ -11,6 +11,8 @@ namespace {
 constexpr size_t kListedEvents = 40;
 constexpr size_t kListedErrors = 100;
 constexpr size_t kListedParams = 200;
+constexpr size_t kCellChars = 400;    // a table cell; log lines are cut there
+constexpr size_t kEventChars = 4096;  // a usage event, all its keys
 
 std::string Fixed(const char* format, double value) {
     char text[64];
@@ -94,14 +96,14 @@ void EdgeSection(const RunTrace& t, HtmlPage* page) {
 }
 
 void MarkTable(const RunTrace& t, const std::vector<Mark>& marks, size_t total, size_t limit,
-               const char* what, HtmlPage* page) {
+               size_t chars, const char* what, HtmlPage* page) {
     if (total == 0) {
         page->Paragraph(std::string("No ") + what + ".");
         return;
     }
     std::vector<std::vector<std::string>> rows;
     for (size_t i = 0; i < marks.size() && i < limit; ++i) {
-        rows.push_back({SecondsText(marks[i].frame, t.rate), marks[i].text});
+        rows.push_back({SecondsText(marks[i].frame, t.rate), Clip(marks[i].text, chars)});
     }
     page->Table({"at", what}, rows, "list");
     if (total > rows.size()) {
@@ -142,7 +144,7 @@ std::string PlayReportPage(const PlayReportInput& in) {
         page.Paragraph(
                 "The detection library was loaded but does not report its measurements "
                 "to the harness; only its warnings are shown.");
-        MarkTable(t, t.loud, t.loudCount, kListedErrors, "loud-output warnings", &page);
+        MarkTable(t, t.loud, t.loudCount, kListedErrors, kCellChars, "loud-output warnings", &page);
     } else if (t.detectorFrames == 0) {
         page.Paragraph(
                 "The detector was loaded but never fed: it measures only on the "
@@ -156,13 +158,14 @@ std::string PlayReportPage(const PlayReportInput& in) {
     }
 
     page.Section("events", "Usage events and errors");
-    MarkTable(t, t.events, t.events.size(), kListedEvents, "usage events", &page);
-    MarkTable(t, t.errors, t.errorCount, kListedErrors, "errors logged while playing", &page);
+    MarkTable(t, t.events, t.events.size(), kListedEvents, kEventChars, "usage events", &page);
+    MarkTable(t, t.errors, t.errorCount, kListedErrors, kCellChars, "errors logged while playing",
+              &page);
 
     page.Section("parameters", "Parameters set");
     std::vector<std::vector<std::string>> rows;
     for (size_t i = 0; i < r.applied.size() && i < kListedParams; ++i) {
-        rows.push_back({r.applied[i]});
+        rows.push_back({Clip(r.applied[i], kCellChars)});
     }
     page.Table({"parameter"}, rows, "list");
 
@@ -172,7 +175,7 @@ std::string PlayReportPage(const PlayReportInput& in) {
     } else {
         std::vector<std::vector<std::string>> lines;
         for (const std::string& p : in.facts->problems) {
-            lines.push_back({p});
+            lines.push_back({Clip(p, kCellChars)});
         }
         page.Table({"first " + std::to_string(lines.size()) + " lines"}, lines, "list mono");
     }

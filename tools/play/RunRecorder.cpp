@@ -1,6 +1,7 @@
 #include "tools/play/RunRecorder.h"
 
 #include <math.h>
+#include <stdlib.h>
 #include <string.h>
 
 #include <android/log.h>
@@ -146,7 +147,11 @@ void RunRecorder::OnBlockDone(int64_t frame, int frames) {
         mCacheStart += frames;  // the block never reached the cache
     } else if (mBound) {
         mCacheStart += static_cast<int64_t>(kAlgoFrame) * FramesInBlock();
+        const EffectModel::Swap before = mModel.SwapState();
         mModel.Block(frames, mStart.inChannels == 2);
+        // A block counts as cross-fading when any part of it was.
+        const EffectModel::Swap after = mModel.SwapState();
+        mBlockSwap = before != after ? EffectModel::Swap::Fading : after;
     }
     UpdateTimeline(frame);
     mFrameNow = frame + frames;
@@ -231,7 +236,8 @@ void RunRecorder::OnLogLine(int priority, const char* tag, const char* message) 
 void RunRecorder::NoteEdge(const EdgeLine& edge) {
     // The click remover reports per algorithm frame, channel by channel, the rising edge before
     // the falling one; a line that does not follow the previous one in that order belongs to a
-    // later frame. Where a block ran several frames, the edge's level picks among them.
+    // later frame. Where a block ran several frames, the frame whose samples show the edge is
+    // taken: quiet before a rising edge, the logged level then near silence at a falling one.
     const int frames = FramesInBlock() > 0 ? FramesInBlock() : 1;
     const int rank = edge.channel * 2 + (edge.rising ? 0 : 1);
     int first = mLastEdgeRank < 0 ? 0 : mLastEdgeFrame + (rank <= mLastEdgeRank ? 1 : 0);
@@ -239,9 +245,16 @@ void RunRecorder::NoteEdge(const EdgeLine& edge) {
     int chosen = first;
     for (int k = first; k < frames; ++k) {
         const int64_t x = FrameStart(k) + edge.pos - kPopDelay;
-        float v = 0;
-        if (mInput->At(edge.rising ? x : x - 1, edge.channel, &v) &&
-            fabs(truncf(v * 32768.0f) - static_cast<float>(edge.value)) <= 1.0f) {
+        float before = 0, at = 0;
+        if (!mInput->At(x - 1, edge.channel, &before) || !mInput->At(x, edge.channel, &at)) {
+            continue;
+        }
+        const int levelBefore = static_cast<int>(truncf(before * 32768.0f));
+        const int levelAt = static_cast<int>(truncf(at * 32768.0f));
+        const bool shows = edge.rising ? abs(levelBefore) <= 9 && abs(levelAt) >= 10
+                                       : abs(levelBefore - edge.value) <= 1 &&
+                                                 abs(levelAt) < abs(edge.value / 10);
+        if (shows) {
             chosen = k;
             break;
         }
@@ -355,7 +368,7 @@ void RunRecorder::UpdateTimeline(int64_t frame) {
     }
     const char* heard =
             mModel.SwapAudible() ? "" : " (not heard: needs the loudspeaker, effect on)";
-    switch (mModel.SwapState()) {
+    switch (mBlockSwap) {
         case EffectModel::Swap::Fading:
             mTimeline.Set(ROW_SWAP, frame, std::string("cross-fade") + heard);
             break;

@@ -77,6 +77,7 @@ private:
     TuningLine mBlockTuning;  // the current block's tuning line, if it logged one
     bool mBlockHadTuning = false;
     bool mBound = false;
+    EffectModel::Swap mBlockSwap = EffectModel::Swap::Normal;
     bool mRecordsKnown = false;
     int32_t mRecordId = 0;
     int32_t mRecordExt = 0;

@@ -28,6 +28,10 @@ std::string Escape(const std::string& text) {
     return out;
 }
 
+std::string Clip(const std::string& text, size_t limit) {
+    return text.size() <= limit ? text : text.substr(0, limit) + "...";
+}
+
 std::string Num(double value) {
     char text[32];
     const double rounded = round(value * 10.0) / 10.0;

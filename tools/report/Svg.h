@@ -11,6 +11,9 @@
 
 // Text for an HTML or SVG text node or a quoted attribute value.
 std::string Escape(const std::string& text);
+// At most `limit` characters of `text`, with "..." where it was cut: keeps titles and table
+// cells of the pages bounded whatever a log line holds.
+std::string Clip(const std::string& text, size_t limit);
 // A coordinate with at most one decimal.
 std::string Num(double value);
 

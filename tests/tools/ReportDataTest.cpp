@@ -1,0 +1,212 @@
+// The data behind the HTML reports' plots: decimation, mark grouping, timeline pieces, the
+// threshold steps, and the tuning grids of orlune-config against the configuration.
+#include <stdlib.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <map>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "tests/support/DeviceRoot.h"
+#include "tools/config/Checks.h"
+#include "tools/config/LoadOrder.h"
+#include "tools/config/LogCollector.h"
+#include "tools/config/ThresholdSteps.h"
+#include "tools/config/TuningGrid.h"
+#include "tools/report/Columns.h"
+#include "tools/report/Marks.h"
+
+namespace {
+
+TEST(ReportData, DecimationKeepsEveryColumnsExtremesWhateverTheBlocks) {
+    struct Case {
+        int64_t span;
+        int columns;
+        int block;
+        int64_t spike;
+    } const cases[] = {
+            {1000, 1200, 7, 999},  // fewer positions than columns
+            {48000, 1200, 480, 12345},
+            {172800, 1200, 4096, 0},
+            {100003, 997, 333, 50001},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.span);
+        std::vector<float> signal(static_cast<size_t>(c.span));
+        for (int64_t i = 0; i < c.span; ++i) {
+            signal[i] = 0.01f * static_cast<float>((i * 7919) % 101 - 50) / 50.0f;
+        }
+        signal[c.spike] = 0.9f;
+        signal[(c.spike + c.span / 2) % c.span] = -0.8f;
+        MinMaxColumns blocks(c.columns, c.span), single(c.columns, c.span);
+        for (int64_t i = 0; i < c.span; i += c.block) {
+            const int n = static_cast<int>(std::min<int64_t>(c.block, c.span - i));
+            blocks.AddSamples(i, signal.data() + i, n, 1);
+        }
+        for (int64_t i = 0; i < c.span; ++i) {
+            single.Add(i, signal[i]);
+        }
+        float top = -1, bottom = 1;
+        for (int col = 0; col < c.columns; ++col) {
+            ASSERT_EQ(single.Has(col), blocks.Has(col)) << col;
+            if (single.Has(col)) {
+                EXPECT_EQ(single.Min(col), blocks.Min(col)) << col;
+                EXPECT_EQ(single.Max(col), blocks.Max(col)) << col;
+                top = std::max(top, blocks.Max(col));
+                bottom = std::min(bottom, blocks.Min(col));
+            }
+            // Every column holds data once the series is at least as long as the plot.
+            EXPECT_TRUE(c.span < c.columns || blocks.Has(col)) << col;
+        }
+        EXPECT_EQ(0.9f, top);
+        EXPECT_EQ(-0.8f, bottom);
+        EXPECT_EQ(0.9f, blocks.Max(blocks.ColumnOf(c.spike)));
+    }
+}
+
+TEST(ReportData, SpansFillEveryColumnTheyCover) {
+    MinMaxColumns m(100, 1000);
+    m.AddSpan(0, 3, -5.0f);       // shorter than a column
+    m.AddSpan(500, 800, -20.0f);  // thirty columns
+    m.AddSpan(790, 800, -1.0f);
+    EXPECT_EQ(-5.0f, m.Max(0));
+    for (int c = 50; c < 80; ++c) {
+        EXPECT_EQ(-20.0f, m.Min(c)) << c;
+    }
+    EXPECT_EQ(-1.0f, m.Max(79));
+    EXPECT_FALSE(m.Has(49));
+    EXPECT_FALSE(m.Has(80));
+}
+
+TEST(ReportData, MarksShareMarkersOnlyBeyondTheBound) {
+    struct Case {
+        size_t marks;
+        size_t maxMarkers;
+    } const cases[] = {{4, 400}, {400, 400}, {401, 400}, {100000, 400}, {5000, 7}};
+    for (const Case& c : cases) {
+        std::vector<int64_t> positions;
+        for (size_t i = 0; i < c.marks; ++i) {
+            positions.push_back(static_cast<int64_t>(i * 3600 * 48000 / c.marks));
+        }
+        const std::vector<MarkGroup> groups =
+                GroupMarks(positions, 3600LL * 48000, 1200, c.maxMarkers);
+        size_t counted = 0;
+        for (const MarkGroup& g : groups) {
+            EXPECT_EQ(counted, g.first);
+            counted += g.count;
+        }
+        EXPECT_EQ(c.marks, counted);
+        EXPECT_LE(groups.size(), c.maxMarkers);
+        EXPECT_EQ(c.marks <= c.maxMarkers, groups.size() == c.marks) << c.marks;
+    }
+}
+
+TEST(ReportData, ThresholdStepsFollowTheLevelRule) {
+    const int16_t ascending[6] = {3, 6, 9, 11, 13, 15};
+    const int16_t negative[6] = {2, -2, 8, 10, 12, 14};
+    const int16_t unordered[6] = {3, 6, 9, 5, 13, 15};
+    const struct {
+        const int16_t* row;
+        int index;
+        int level;
+    } cases[] = {{ascending, 0, 0}, {ascending, 9, 2}, {ascending, 15, 5}, {ascending, 16, 6},
+                 {negative, 0, 0},  {negative, 1, 0},  {negative, 3, 2},   {unordered, 10, 4},
+                 {unordered, 7, 2}, {unordered, 16, 6}};
+    for (const auto& c : cases) {
+        const std::vector<int> levels = LevelsByIndex(c.row, StepPlotMaxIndex(c.row));
+        ASSERT_LT(static_cast<size_t>(c.index), levels.size());
+        EXPECT_EQ(c.level, levels[c.index]) << c.row[0] << " index " << c.index;
+    }
+}
+
+// orlune-config's grids on copies of the sample device, each broken in one way.
+class GridOnCopy : public ::testing::Test {
+protected:
+    void SetUp() override {
+        root.CopyTree(std::string(ORLUNE_BINARY_DIR) + "/sample-device");
+        std::ifstream in(std::string(ORLUNE_BINARY_DIR) + "/sample-device/sample-tuning.txt");
+        std::string line;
+        while (std::getline(in, line)) {
+            int vid = 0, id = 0, ext = 0;
+            if (line[0] != '#' && sscanf(line.c_str(), "%d %d %d", &vid, &id, &ext) == 3) {
+                expected[vid] = std::to_string(id) + "/" + std::to_string(ext);
+            }
+        }
+    }
+    void TearDown() override { ResetConfigurationTables(); }
+    void EditVmap(const std::string& from, const std::string& to) {
+        const std::string path = root.HostPath("/odm/etc/kiv/kiv_config_vmap.xml");
+        std::ifstream in(path);
+        std::stringstream text;
+        text << in.rdbuf();
+        std::string s = text.str();
+        const size_t at = s.find(from);
+        ASSERT_NE(std::string::npos, at) << from;
+        root.WriteKiv("kiv_config_vmap.xml", s.replace(at, from.size(), to));
+    }
+    // Loads the copy as orlune-config does and returns its grids.
+    std::vector<TuningGrid> Grids() {
+        ConfigReport r;
+        r.deviceRoot = root.Path();
+        LogCollector log;
+        StartCountingValues();
+        PruneKeyZeroPlaceholders();
+        for (size_t step = 0; step < sizeof(kConfigLoadSteps) / sizeof(kConfigLoadSteps[0]);
+             ++step) {
+            log.SetStep(static_cast<int>(step));
+            kConfigLoadSteps[step].run(false);
+        }
+        log.SetStep(-1);
+        InspectFiles(log, &r);
+        InspectElements(log, &r);
+        InspectVirtualIds(&r);
+        return BuildTuningGrids(r);
+    }
+    DeviceRoot root;
+    std::map<int, std::string> expected;  // virtual id -> "ID/EXTID" of the sample device
+};
+
+TEST_F(GridOnCopy, CellsMatchTheResolutions) {
+    EditVmap("<NV NUMID=\"41000\" ID=\"3001\" EXTID=\"3600\"/>", "");
+    EditVmap("<NV NUMID=\"4423\" ID=\"1021\"", "<NV NUMID=\"4423\" ID=\"9999\"");
+    EditVmap("</kiv_config_vmap>", "<NV NUMID=\"4001\" ID=\"1\" EXTID=\"2\"/></kiv_config_vmap>");
+    const std::map<int, std::pair<CellKind, std::string>> broken = {
+            {41000, {CellKind::MissingVirtualId, "-"}},
+            {4423, {CellKind::MissingRecord, "9999/1202"}},
+            {4001, {CellKind::Shadowed, "1003/1200"}},
+    };
+    const std::vector<TuningGrid> grids = Grids();
+    ASSERT_EQ(4u, grids.size());
+    size_t cells = 0;
+    for (size_t g = 0; g < grids.size(); ++g) {
+        ASSERT_EQ(g < 3 ? 18u : 36u, grids[g].rows.size());
+        for (size_t row = 0; row < grids[g].rows.size(); ++row) {
+            ASSERT_EQ(7u, grids[g].cells[row].size());
+            for (int level = 0; level < 7; ++level) {
+                const GridCell& c = grids[g].cells[row][level];
+                // Speaker rows: orientation x scene; headphone rows: mode x kind.
+                const int vid =
+                        g < 3 ? static_cast<int>(4000 * g + 20 * row + (row >= 9 ? 220 : 0) + level)
+                              : static_cast<int>(41000 + 20 * row + level);
+                ASSERT_EQ(vid, c.virtualId);
+                const auto b = broken.find(vid);
+                if (b != broken.end()) {
+                    EXPECT_EQ(b->second.first, c.kind) << vid;
+                    EXPECT_EQ(b->second.second, c.label) << vid;
+                } else {
+                    EXPECT_EQ(CellKind::Record, c.kind) << vid;
+                    EXPECT_EQ(expected[vid], c.label) << vid;
+                }
+                ++cells;
+            }
+        }
+    }
+    EXPECT_EQ(630u, cells);
+}
+
+}  // namespace
