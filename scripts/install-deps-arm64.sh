@@ -29,6 +29,7 @@ if ((${#missing[@]})); then
 fi
 if [[ ! -e "$root/usr/lib/p7zip/7z.so" ]]; then
     download=$(mktemp -d)
+    chmod 755 "$download"  # apt fetches as its own user
     (cd "$download" && apt_get download -qq p7zip-full:arm64)
     mkdir -p "$root"
     dpkg-deb -x "$download"/p7zip-full_*_arm64.deb "$root"
