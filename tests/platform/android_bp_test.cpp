@@ -6,9 +6,9 @@
 
 #include <string.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
-#include <regex>
 #include <set>
 #include <sstream>
 #include <string>
@@ -29,42 +29,73 @@ struct Module {
     std::vector<std::string> includeDirs;  // every "*include_dirs" list
 };
 
+// The quoted strings of `text`.
 std::vector<std::string> Strings(const std::string& text) {
     std::vector<std::string> out;
-    static const std::regex quoted("\"([^\"]*)\"");
-    for (std::sregex_iterator it(text.begin(), text.end(), quoted), end; it != end; ++it) {
-        out.push_back((*it)[1]);
+    for (size_t open = text.find('"'); open != std::string::npos; open = text.find('"', open)) {
+        const size_t close = text.find('"', open + 1);
+        if (close == std::string::npos) {
+            break;
+        }
+        out.push_back(text.substr(open + 1, close - open - 1));
+        open = close + 1;
     }
     return out;
 }
 
-// The modules of a blueprint file in the layout bpfmt gives it: each module opens with
-// `type {` and closes with `}` at the start of a line. Comments are dropped first.
-std::vector<Module> ReadBlueprint(const std::string& text) {
-    static const std::regex comments("//[^\n]*|/\\*[\\s\\S]*?\\*/");
-    static const std::regex module("(^|\n)\\w+ \\{([\\s\\S]*?)\\n\\}");
-    static const std::regex name("^\\s*name: \"([^\"]*)\"");
-    static const std::regex lists("(\\w*): \\[([^\\]]*)\\]");
-    static const std::regex script("version_script: (\"[^\"]*\")");
-    const std::string plain = std::regex_replace(text, comments, "");
-    std::vector<Module> modules;
-    for (std::sregex_iterator it(plain.begin(), plain.end(), module), end; it != end; ++it) {
-        const std::string body = (*it)[2];
-        Module m;
-        std::smatch match;
-        if (std::regex_search(body, match, name)) {
-            m.name = match[1];
+std::string WithoutComments(const std::string& text) {
+    std::string out;
+    for (size_t i = 0; i < text.size();) {
+        if (text.compare(i, 2, "//") == 0) {
+            i = std::min(text.find('\n', i), text.size());
+        } else if (text.compare(i, 2, "/*") == 0) {
+            i = std::min(text.find("*/", i), text.size() - 2) + 2;
+        } else {
+            out += text[i++];
         }
-        for (std::sregex_iterator l(body.begin(), body.end(), lists); l != end; ++l) {
-            const std::string key = (*l)[1];
-            std::vector<std::string> values = Strings((*l)[2]);
-            auto& into = key == "srcs" ? m.sources : m.includeDirs;
-            if (key == "srcs" || key.find("include_dirs") != std::string::npos) {
-                into.insert(into.end(), values.begin(), values.end());
+    }
+    return out;
+}
+
+// The modules of a blueprint file in the layout bpfmt gives it: each module opens with a line
+// `type {` and closes with a line `}`; its name is its first property.
+std::vector<Module> ReadBlueprint(const std::string& text) {
+    std::vector<Module> modules;
+    std::istringstream lines(WithoutComments(text));
+    std::string body;
+    bool inModule = false;
+    for (std::string line; std::getline(lines, line);) {
+        if (!inModule) {
+            inModule = !line.empty() && line[0] != ' ' && line.back() == '{';
+            body.clear();
+            continue;
+        }
+        if (line != "}") {
+            body += line + "\n";
+            continue;
+        }
+        inModule = false;
+        Module m;
+        const std::vector<std::string> first = Strings(body.substr(0, body.find('\n')));
+        const size_t lead = body.find_first_not_of(' ');
+        if (lead != std::string::npos && body.compare(lead, 5, "name:") == 0 && !first.empty()) {
+            m.name = first[0];
+        }
+        // Every `key: [ ... ]` list, nested ones too.
+        for (size_t at = body.find(": ["); at != std::string::npos; at = body.find(": [", at + 1)) {
+            const size_t keyStart = body.find_last_of(" \n{", at) + 1;
+            const std::string key = body.substr(keyStart, at - keyStart);
+            const std::vector<std::string> values =
+                    Strings(body.substr(at, body.find(']', at) - at));
+            if (key == "srcs") {
+                m.sources.insert(m.sources.end(), values.begin(), values.end());
+            } else if (key.find("include_dirs") != std::string::npos) {
+                m.includeDirs.insert(m.includeDirs.end(), values.begin(), values.end());
             }
         }
-        for (std::sregex_iterator v(body.begin(), body.end(), script); v != end; ++v) {
-            m.files.push_back(Strings((*v)[1])[0]);
+        const size_t script = body.find("version_script: ");
+        if (script != std::string::npos) {
+            m.files.push_back(Strings(body.substr(script, body.find('\n', script) - script))[0]);
         }
         modules.push_back(m);
     }
