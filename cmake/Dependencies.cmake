@@ -5,9 +5,16 @@ find_package(PkgConfig REQUIRED)
 pkg_check_modules(SAFEC REQUIRED IMPORTED_TARGET libsafec)
 
 # The real AOSP liblog and libutils as Debian packages them: headers under
-# /usr/include/android, libraries in a private directory.
+# /usr/include/android, libraries in a private directory of the target's multiarch folder.
+if(NOT CMAKE_LIBRARY_ARCHITECTURE)
+    execute_process(COMMAND ${CMAKE_C_COMPILER} -print-multiarch
+        OUTPUT_VARIABLE CMAKE_LIBRARY_ARCHITECTURE OUTPUT_STRIP_TRAILING_WHITESPACE)
+endif()
+if(NOT CMAKE_LIBRARY_ARCHITECTURE)
+    message(FATAL_ERROR "Cannot tell the target's multiarch triplet; set CMAKE_LIBRARY_ARCHITECTURE")
+endif()
 set(ANDROID_HOST_INCLUDE /usr/include/android)
-set(ANDROID_HOST_LIBDIR /usr/lib/x86_64-linux-gnu/android)
+set(ANDROID_HOST_LIBDIR /usr/lib/${CMAKE_LIBRARY_ARCHITECTURE}/android)
 find_library(ANDROID_LIBLOG NAMES log PATHS ${ANDROID_HOST_LIBDIR} NO_DEFAULT_PATH REQUIRED)
 find_library(ANDROID_LIBUTILS NAMES utils PATHS ${ANDROID_HOST_LIBDIR} NO_DEFAULT_PATH REQUIRED)
 

@@ -5,7 +5,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <cutils/properties.h>
+#include <platform/properties.h>
 #include <platform/device_fs.h>
 
 #include "config/ConfigPaths.h"
@@ -24,8 +24,8 @@ bool IsNoPath(const char* path) {
 
 void ConfigBaseName(bool musicRegionEnable, const char* genericBase, char* out, size_t outSize,
                     const char* failMessage) {
-    char region[PROPERTY_VALUE_MAX] = {};
-    property_get(kRegionProperty, region, kRegionDefault);
+    char region[orlune_platform::kPropertyValueMax] = {};
+    orlune_platform::PropertyGet(kRegionProperty, region, kRegionDefault);
     int ret;
     if (musicRegionEnable && strcmp(region, kRegionDefault) != 0) {
         ret = snprintf_s(out, outSize, outSize - 1, "kiv_config_%s", region);

@@ -1,6 +1,7 @@
 // The tuning records that the configuration fills and the algorithm receives.
 #pragma once
 
+#include <stddef.h>
 #include <stdint.h>
 
 // The pair of real record ids that a virtual parameter id resolves to.
@@ -40,5 +41,10 @@ struct AudioOrluneMobileParaExt {
     const int16_t* ascTable1;
     const int16_t* ascTable2;
 };
+// The algorithm finds the table pointers by offset: right after the words, 8 bytes each.
+static_assert(offsetof(AudioOrluneMobileParaExt, lphTable) == 712, "first table pointer at 712");
+static_assert(offsetof(AudioOrluneMobileParaExt, twsTable1) == 720, "TWS pointers at 720");
+static_assert(offsetof(AudioOrluneMobileParaExt, ascTable2) == 760, "last table pointer at 760");
+static_assert(alignof(AudioOrluneMobileParaExt) == 8, "extended record is 8-byte aligned");
 static_assert(sizeof(AudioOrluneMobileParaExt) == 768, "extended record is 768 bytes");
 static_assert(sizeof(AudioOrluneMobileParaExt) == kExtParaXmlWords * 2, "XML covers the record");

@@ -1,6 +1,6 @@
 // Process-wide parameter tables and tuning records, with their contents before any file is
 // read.
-#include <cutils/properties.h>
+#include <platform/properties.h>
 
 #include "effect/orlune.h"
 
@@ -14,7 +14,8 @@ AudioOrluneMobileParaExt Orlune::gTempRealParamExt = {};
 int16_t Orlune::gParameterHpType[kHpTypeWords] = {};
 int16_t Orlune::gVolumeThrRaw[kVolumeThrRawWords] = {};
 int16_t Orlune::gUiType = 0;
-bool Orlune::gSecondAudioEffect = property_get_int32("msc.audio.secondaudioeffect", 0) == 2;
+bool Orlune::gSecondAudioEffect =
+        orlune_platform::PropertyGetInt32("msc.audio.secondaudioeffect", 0) == 2;
 
 char Orlune::gProductName[1024] = {};
 uint64_t Orlune::gGetProductNameResult = 0;

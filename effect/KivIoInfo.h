@@ -17,9 +17,12 @@ struct KivIoInfo {
     int32_t reserved0;
     int32_t reserved1;
 };
+static_assert(__BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__, "the algorithm reads little-endian words");
+static_assert(offsetof(KivIoInfo, outBuf) == 8, "KivIoInfo layout");
 static_assert(offsetof(KivIoInfo, frameLength) == 16, "KivIoInfo layout");
 static_assert(offsetof(KivIoInfo, volume) == 28, "KivIoInfo layout");
 static_assert(offsetof(KivIoInfo, outChannels) == 36, "KivIoInfo layout");
-static_assert(sizeof(KivIoInfo) == 48, "KivIoInfo layout");
+static_assert(offsetof(KivIoInfo, reserved1) == 44, "KivIoInfo layout");
+static_assert(sizeof(KivIoInfo) == 48 && alignof(KivIoInfo) == 8, "KivIoInfo layout");
 
 constexpr int kAlgoFrame = 480;  // sample frames per algorithm call: 10 ms at 48 kHz

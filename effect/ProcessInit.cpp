@@ -6,7 +6,7 @@
 #include <string.h>
 #include <unistd.h>
 
-#include <cutils/properties.h>
+#include <platform/properties.h>
 #include <platform/device_fs.h>
 
 #include "effect/LogTags.h"
@@ -72,12 +72,12 @@ void Orlune::KivOutProcPlayInit() {
     mIoInfo.inBuf = mIoBuffer;
     mIoInfo.outBuf = mIoBuffer;
 
-    char value[PROPERTY_VALUE_MAX] = {};
-    property_get("ro.config.kiv_moviemode", value, "false");
+    char value[orlune_platform::kPropertyValueMax] = {};
+    orlune_platform::PropertyGet("ro.config.kiv_moviemode", value, "false");
     mMovieMode = (strcmp(value, "true") == 0) ? 1 : 0;
 
-    char steps[PROPERTY_VALUE_MAX] = {};
-    property_get("ro.config.media_vol_steps", steps, "0");
+    char steps[orlune_platform::kPropertyValueMax] = {};
+    orlune_platform::PropertyGet("ro.config.media_vol_steps", steps, "0");
     gVolSteps = atoi(steps);
     ORLUNE_LOGI("gVolSteps:%d, gIsLoudMediaVolumeMode = %d", gVolSteps, gIsLoudMediaVolumeMode);
 
@@ -125,7 +125,7 @@ void Orlune::InitPopEliminate() {
 
 void Orlune::InitKiv(bool resetGuard) {
     ORLUNE_LOGE("%s, tid:%d", "InitKiv", static_cast<int>(gettid()));
-    mConfigChannelOut = property_get_int32("msc.brisel.config_channel_out", 2);
+    mConfigChannelOut = orlune_platform::PropertyGetInt32("msc.brisel.config_channel_out", 2);
     mIoInfo.inChannels = mChannelCount != 0 ? mChannelCount : 2;
 
     const bool fourOut = mConfigChannelOut == 4 && (mDeviceType == 1 || mDeviceType == 2);

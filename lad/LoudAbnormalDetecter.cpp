@@ -7,8 +7,6 @@
 #include <platform/clock.h>
 #include <platform/device_fs.h>
 
-#include "lad/LadReportInfoLayout.h"
-
 // The bridge logs without a tag.
 #define LAD_LOGD(...) __android_log_print(ANDROID_LOG_DEBUG, nullptr, __VA_ARGS__)
 #define LAD_LOGE(...) __android_log_print(ANDROID_LOG_ERROR, nullptr, __VA_ARGS__)

@@ -1,6 +1,7 @@
 // Configuration and per-stream state of the pop eliminator.
 #pragma once
 
+#include <stddef.h>
 #include <stdint.h>
 
 struct ProcessConfig {
@@ -10,6 +11,7 @@ struct ProcessConfig {
     int32_t outputType;     // carried and logged only
     int32_t format;         // audio_format_t; only AUDIO_FORMAT_PCM_32_BIT is processed
 };
+static_assert(sizeof(ProcessConfig) == 20 && alignof(ProcessConfig) == 4, "ProcessConfig layout");
 
 struct ProcessHandle {
     uint32_t channelCount;
@@ -23,6 +25,14 @@ struct ProcessHandle {
     uint8_t* cache;          // delay cache (caller-owned)
     uint32_t cacheSize;      // the delay in bytes
 };
+// Other modules of the host process hold the handle through the exported functions.
+static_assert(offsetof(ProcessHandle, format) == 16, "ProcessHandle layout");
+static_assert(offsetof(ProcessHandle, sampleRate) == 20, "ProcessHandle layout");
+static_assert(offsetof(ProcessHandle, buffer) == 24, "ProcessHandle layout");
+static_assert(offsetof(ProcessHandle, curBufferSize) == 32, "ProcessHandle layout");
+static_assert(offsetof(ProcessHandle, cache) == 40, "ProcessHandle layout");
+static_assert(offsetof(ProcessHandle, cacheSize) == 48, "ProcessHandle layout");
+static_assert(sizeof(ProcessHandle) == 56 && alignof(ProcessHandle) == 8, "ProcessHandle layout");
 
 // One row of the block-size to sample-rate table.
 struct SampleRateRow {

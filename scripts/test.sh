@@ -1,8 +1,12 @@
 #!/usr/bin/env bash
 # Builds everything and runs the tests. `--sanitize` does the same in build-asan with
-# AddressSanitizer and UndefinedBehaviorSanitizer.
+# AddressSanitizer and UndefinedBehaviorSanitizer; `--arm64` cross-builds for arm64 in build-arm64
+# and runs the tests under qemu-aarch64 (scripts/test-arm64.sh).
 set -euo pipefail
 cd "$(dirname "$0")/.."
+if [[ "${1:-}" == "--arm64" ]]; then
+    exec scripts/test-arm64.sh
+fi
 scripts/install-deps.sh
 
 build=build
@@ -14,7 +18,7 @@ if [[ "${1:-}" == "--sanitize" ]]; then
     export UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1
     # GCC's sanitizer runtime intercepts dlopen, which then no longer searches the calling
     # library's RUNPATH: name the Android libraries' directory explicitly.
-    export LD_LIBRARY_PATH=/usr/lib/x86_64-linux-gnu/android${LD_LIBRARY_PATH:+:$LD_LIBRARY_PATH}
+    export LD_LIBRARY_PATH=/usr/lib/$(gcc -print-multiarch)/android${LD_LIBRARY_PATH:+:$LD_LIBRARY_PATH}
 fi
 cmake -S . -B "$build" -DCMAKE_BUILD_TYPE=RelWithDebInfo "${flags[@]}" > /dev/null
 cmake --build "$build" -j"$(nproc)"

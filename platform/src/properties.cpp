@@ -1,7 +1,9 @@
 // System properties on the host: key=value lines of the file named by ORLUNE_PROPERTIES,
 // read at every call. Blank lines and lines starting with '#' are ignored; the last line for
-// a key wins.
+// a key wins. Host tools and tests call the platform's names; the effect calls them through
+// platform/properties.h.
 #include <cutils/properties.h>
+#include <platform/properties.h>
 
 #include <errno.h>
 #include <inttypes.h>
@@ -81,3 +83,17 @@ int32_t property_get_int32(const char* key, int32_t defaultValue) {
 }
 
 }  // extern "C"
+
+namespace orlune_platform {
+
+static_assert(PROPERTY_VALUE_MAX == kPropertyValueMax, "value buffer size");
+
+int PropertyGet(const char* key, char* value, const char* defaultValue) {
+    return property_get(key, value, defaultValue);
+}
+
+int32_t PropertyGetInt32(const char* key, int32_t defaultValue) {
+    return property_get_int32(key, defaultValue);
+}
+
+}  // namespace orlune_platform

@@ -12,13 +12,15 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/support/BuiltProgram.h"
 #include "tests/support/DeviceRoot.h"
 
 namespace {
 
 namespace fs = std::filesystem;
 
-const std::string kTool = std::string(ORLUNE_BINARY_DIR) + "/bin/orlune-config";
+const std::string kTool =
+        BuiltProgramCommand(std::string(ORLUNE_BINARY_DIR) + "/bin/orlune-config");
 const std::string kSample = std::string(ORLUNE_BINARY_DIR) + "/sample-device";
 const char* const kMain = "kiv_config.xml";
 const char* const kVmap = "kiv_config_vmap.xml";

@@ -20,3 +20,11 @@ public:
     virtual bool GetProcessEnable() = 0;
     virtual void SetProcessEnable(bool enable) = 0;
 };
+// An instance is reached only through its virtual table pointer, one code pointer per slot, and
+// what crosses the slots keeps its width on every 64-bit target (String8 is one pointer,
+// returned by value).
+static_assert(sizeof(PlayEffect) == sizeof(void*) && alignof(PlayEffect) == alignof(void*),
+              "the view is only the virtual table pointer");
+static_assert(sizeof(void*) == 8 && sizeof(audio_format_t) == 4 &&
+                      sizeof(android::String8) == sizeof(void*),
+              "values crossing the slots");

@@ -1,4 +1,5 @@
 // The effect's one time source: systemTime(SYSTEM_TIME_MONOTONIC) in nanoseconds.
+// MonotonicNs is in both builds; the test override exists only in the host build.
 #pragma once
 
 #include <stdint.h>
@@ -7,7 +8,8 @@ namespace orlune_platform {
 
 int64_t MonotonicNs();
 
-// Tests replace the clock with their own function; null restores the system clock.
+// Host build only: tests replace the clock with their own function; null restores the system
+// clock.
 using ClockFn = int64_t (*)();
 void SetClockForTest(ClockFn clock);
 

@@ -1,7 +1,7 @@
 // The file-system calls through which the effect touches device paths. On the handset they
-// are the plain system calls; on a host every absolute device path is looked up under the
-// directory named by ORLUNE_DEVICE_ROOT, and realpath results are mapped back, so product
-// code and its log lines only ever see device paths.
+// are the plain system calls (platform/device); on a host every absolute device path is looked
+// up under the directory named by ORLUNE_DEVICE_ROOT, and realpath results are mapped back
+// (platform/src), so product code and its log lines only ever see device paths.
 #pragma once
 
 #include <stdio.h>

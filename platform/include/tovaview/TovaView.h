@@ -1,4 +1,6 @@
 // The maker's event-reporting platform. An event is an id plus key/value pairs in put order.
+// The device build links the maker's library (libtovaview); a host build has a stub that logs
+// each report (platform/src/TovaView.cpp).
 #pragma once
 
 #include <string>

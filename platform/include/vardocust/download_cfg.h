@@ -1,4 +1,6 @@
-// The maker's customisation service: where an over-the-air configuration file lives.
+// The maker's customisation service: where an over-the-air configuration file lives. The
+// device build links the maker's library (libvardocust); a host build has a stub that looks
+// under the device root (platform/src/download_cfg.cpp).
 #pragma once
 
 #include <stdint.h>

@@ -1,0 +1,110 @@
+// The device implementations of the platform seam (platform/device): device paths are the real
+// paths whatever ORLUNE_DEVICE_ROOT says, properties are the platform's own, and the clock is
+// the platform's monotonic clock.
+#include <cutils/properties.h>
+#include <gtest/gtest.h>
+#include <limits.h>
+#include <platform/clock.h>
+#include <platform/device_fs.h>
+#include <platform/properties.h>
+#include <stdio.h>
+#include <stdlib.h>
+#include <string.h>
+#include <sys/stat.h>
+#include <unistd.h>
+#include <utils/Timers.h>
+
+#include <filesystem>
+#include <fstream>
+#include <string>
+
+namespace fs = std::filesystem;
+
+// The platform's property functions as this test's platform answers them: "ro.a" is "on",
+// "ro.n" is "0x10"; every call is recorded.
+namespace {
+std::string gCalls;
+}
+
+extern "C" int property_get(const char* key, char* value, const char* defaultValue) {
+    gCalls += std::string("get ") + key + ";";
+    const char* v = strcmp(key, "ro.a") == 0 ? "on" : defaultValue != nullptr ? defaultValue : "";
+    strcpy(value, v);
+    return static_cast<int>(strlen(v));
+}
+
+extern "C" int32_t property_get_int32(const char* key, int32_t defaultValue) {
+    gCalls += std::string("int ") + key + ";";
+    return strcmp(key, "ro.n") == 0 ? 16 : defaultValue;
+}
+
+namespace orlune_platform {
+namespace {
+
+// A real file, and a device root that holds a different file at the same path.
+struct RealAndRooted : ::testing::Test {
+    fs::path real = fs::temp_directory_path() / ("orlune-seam-" + std::to_string(getpid()));
+    fs::path root = real.string() + "-root";
+    std::string file = (real / "version.txt").string();
+
+    void SetUp() override {
+        fs::create_directories(real);
+        fs::create_directories(root / real.relative_path());
+        std::ofstream(file) << "real\n";
+        std::ofstream(root / real.relative_path() / "version.txt") << "rooted\n";
+        std::ofstream(root / "only-rooted.txt") << "x\n";
+        setenv("ORLUNE_DEVICE_ROOT", root.c_str(), 1);
+    }
+    void TearDown() override {
+        unsetenv("ORLUNE_DEVICE_ROOT");
+        fs::remove_all(real);
+        fs::remove_all(root);
+    }
+};
+
+TEST_F(RealAndRooted, PathsAreTheRealPathsWhateverTheDeviceRoot) {
+    char line[16] = {};
+    FILE* fp = DevFopen(file.c_str(), "r");
+    ASSERT_NE(fp, nullptr);
+    EXPECT_NE(fgets(line, sizeof line, fp), nullptr);
+    fclose(fp);
+    EXPECT_STREQ(line, "real\n");
+
+    char resolved[PATH_MAX];
+    ASSERT_NE(DevRealpath(file.c_str(), resolved), nullptr);
+    EXPECT_EQ(std::string(resolved), fs::canonical(file).string());
+    struct stat st;
+    EXPECT_EQ(DevStat(file.c_str(), &st), 0);
+    EXPECT_EQ(st.st_size, 5);
+    EXPECT_EQ(DevAccess(file.c_str(), R_OK), 0);
+    EXPECT_NE(DevAccess("/only-rooted.txt", F_OK), 0);
+    EXPECT_EQ(DevFopen("/only-rooted.txt", "r"), nullptr);
+
+    char host[32];
+    EXPECT_TRUE(DevHostPath("/odm/etc/kiv/a.xml", host, 19));
+    EXPECT_STREQ(host, "/odm/etc/kiv/a.xml");
+    EXPECT_FALSE(DevHostPath("/odm/etc/kiv/a.xml", host, 18));
+}
+
+TEST(DeviceSeam, PropertiesAreThePlatformsOwn) {
+    gCalls.clear();
+    char value[kPropertyValueMax];
+    EXPECT_EQ(PropertyGet("ro.a", value, "off"), 2);
+    EXPECT_STREQ(value, "on");
+    EXPECT_EQ(PropertyGet("ro.b", value, "off"), 3);
+    EXPECT_STREQ(value, "off");
+    EXPECT_EQ(PropertyGetInt32("ro.n", 2), 16);
+    EXPECT_EQ(PropertyGetInt32("ro.m", 2), 2);
+    EXPECT_EQ(gCalls, "get ro.a;get ro.b;int ro.n;int ro.m;");
+}
+
+TEST(DeviceSeam, ClockIsThePlatformsMonotonicClock) {
+    const int64_t before = systemTime(SYSTEM_TIME_MONOTONIC);
+    const int64_t now = MonotonicNs();
+    const int64_t after = systemTime(SYSTEM_TIME_MONOTONIC);
+    EXPECT_LE(before, now);
+    EXPECT_LE(now, after);
+}
+
+}  // namespace
+}  // namespace orlune_platform
