@@ -4,6 +4,8 @@
 #pragma once
 
 #include <pthread.h>
+
+#include <atomic>
 #include <system/audio.h>
 #include <utils/RefBase.h>
 #include <utils/String8.h>
@@ -38,6 +40,9 @@ public:
     DeleteLadInstanceFn mDeleteLadInstance = nullptr;
     pthread_mutex_t mLock;
     sp<LoudDetector> mLad;
+    // mLad's object once it is initialised. The forwarding calls read it without the lock:
+    // loading may happen on the control thread while the effect's audio thread runs.
+    std::atomic<LoudDetector*> mReady{nullptr};
     void* mVendorLadLibHandle = nullptr;
     bool mLoaded = false;
 };
