@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Builds everything and runs the tests. `--sanitize` does the same in build-asan with
-# AddressSanitizer and UndefinedBehaviorSanitizer.
+# AddressSanitizer and UndefinedBehaviorSanitizer, `--tsan` in build-tsan with ThreadSanitizer
+# (any report fails the test that caused it).
 set -euo pipefail
 cd "$(dirname "$0")/.."
 scripts/install-deps.sh
@@ -14,6 +15,11 @@ if [[ "${1:-}" == "--sanitize" ]]; then
     export UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1
     # GCC's sanitizer runtime intercepts dlopen, which then no longer searches the calling
     # library's RUNPATH: name the Android libraries' directory explicitly.
+    export LD_LIBRARY_PATH=/usr/lib/x86_64-linux-gnu/android${LD_LIBRARY_PATH:+:$LD_LIBRARY_PATH}
+elif [[ "${1:-}" == "--tsan" ]]; then
+    build=build-tsan
+    flags=(-DORLUNE_TSAN=ON -DORLUNE_BUILD_BENCH=OFF)
+    export TSAN_OPTIONS="halt_on_error=1 exitcode=66 second_deadlock_stack=1 suppressions=$PWD/scripts/tsan.supp"
     export LD_LIBRARY_PATH=/usr/lib/x86_64-linux-gnu/android${LD_LIBRARY_PATH:+:$LD_LIBRARY_PATH}
 fi
 cmake -S . -B "$build" -DCMAKE_BUILD_TYPE=RelWithDebInfo "${flags[@]}" > /dev/null
