@@ -1,6 +1,8 @@
 // Bridge to the closed loud-output detection library: loads it on demand and forwards the
 // effect's buffers, stream start and stop and per-stream facts to its detector object. Every
-// forwarding call does nothing while no detector is loaded.
+// forwarding call does nothing while no detector is loaded. The effect makes every call but
+// LoadLadProc with its instance lock held, so the writes into the report records (volume
+// index, application name) fall between blocks and never meet the detector reading them.
 #pragma once
 
 #include <pthread.h>
