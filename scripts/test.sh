@@ -19,7 +19,7 @@ if [[ "${1:-}" == "--sanitize" ]]; then
 elif [[ "${1:-}" == "--tsan" ]]; then
     build=build-tsan
     flags=(-DORLUNE_TSAN=ON -DORLUNE_BUILD_BENCH=OFF)
-    export TSAN_OPTIONS="halt_on_error=1 exitcode=66 second_deadlock_stack=1 suppressions=$PWD/scripts/tsan.supp"
+    export TSAN_OPTIONS="halt_on_error=1 exitcode=66 second_deadlock_stack=1"
     export LD_LIBRARY_PATH=/usr/lib/x86_64-linux-gnu/android${LD_LIBRARY_PATH:+:$LD_LIBRARY_PATH}
 fi
 cmake -S . -B "$build" -DCMAKE_BUILD_TYPE=RelWithDebInfo "${flags[@]}" > /dev/null
