@@ -15,18 +15,19 @@
 //   change, a dump switch or a re-run of set-up takes effect between two blocks, never in the
 //   middle of one. Holders of the instance lock never read, open or close files while holding
 //   it: dump files are opened before they are handed to the block and closed after they were
-//   taken from it. Every call into the algorithm library is made with the lock held.
+//   taken from it. Init, Apply and SetPara of the algorithm are called with the lock held.
 // - Shared by all instances: the parameter tables (gVituralMapTable, gRealMapTable,
 //   gRealMapTableExt, gHpMapTable, the headphone-type rows, the UI type) as one immutable set
 //   (config/ParamTableSet.h). A load builds the next set beside it under ConfigLoadLock and
 //   publishes it in one step; a block keeps the set it started with. The binary tables are
 //   written once, by the first load, before any record points into them. The process-wide
 //   flags and counters below are atomics.
-// - Lock order: ConfigLoadLock, then mDumpLock, then mMutex, then the table registry's lock.
+// - Lock order: ConfigLoadLock, then mDumpLock, then mMutex, then the detector bridge's lock or
+//   the table registry's lock.
 // - What may block: parameter and control calls may wait for a block of their instance and for
 //   a load in progress (which reads files). The audio thread waits only for mMutex, whose
 //   holders do no file I/O; it never waits for a load, never frees shared tables, and allocates
-//   nothing once the stream runs.
+//   nothing in steady state.
 #pragma once
 
 #include <pthread.h>
