@@ -41,9 +41,9 @@ void BM_LoadSampleConfiguration(benchmark::State& state) {
     for (auto _ : state) {
         ResetConfigurationTables();
         LoadConfigurationOnce(false);
-        benchmark::DoNotOptimize(Orlune::gVituralMapTable.size());
+        benchmark::DoNotOptimize(PublishedTables().gVituralMapTable.size());
     }
-    state.counters["virtual_ids"] = static_cast<double>(Orlune::gVituralMapTable.size());
+    state.counters["virtual_ids"] = static_cast<double>(PublishedTables().gVituralMapTable.size());
 }
 BENCHMARK(BM_LoadSampleConfiguration)->Unit(benchmark::kMillisecond);
 
@@ -52,12 +52,14 @@ void BM_ReadMainXml(benchmark::State& state) {
         return;
     }
     for (auto _ : state) {
-        Orlune::gRealMapTable.clear();
-        Orlune::gRealMapTableExt.clear();
+        ConfigUpdate update;
+        update.Tables().gRealMapTable.clear();
+        update.Tables().gRealMapTableExt.clear();
         Orlune::KivReadConfigFromXML(false);
     }
+    const ParamTableSet& tables = PublishedTables();
     state.counters["records"] =
-            static_cast<double>(Orlune::gRealMapTable.size() + Orlune::gRealMapTableExt.size());
+            static_cast<double>(tables.gRealMapTable.size() + tables.gRealMapTableExt.size());
 }
 BENCHMARK(BM_ReadMainXml)->Unit(benchmark::kMillisecond);
 
@@ -66,8 +68,9 @@ void BM_ReadVirtualMapXml(benchmark::State& state) {
         return;
     }
     for (auto _ : state) {
-        Orlune::gVituralMapTable.clear();
-        Orlune::gHpMapTable.clear();
+        ConfigUpdate update;
+        update.Tables().gVituralMapTable.clear();
+        update.Tables().gHpMapTable.clear();
         Orlune::KivReadConfigTableFromXML(false);
     }
 }

@@ -43,11 +43,12 @@ int32_t PassGetSize(int32_t* sizes, KivIoInfo*) {
 // A tuning for every loudspeaker volume level of the default situation, so that each block
 // resolves and copies its records as on a configured device.
 void InstallTuning() {
+    ConfigUpdate update;
     for (int level = 0; level <= 6; ++level) {
-        Orlune::gVituralMapTable[4000 + level] = RealParamIdStru{41, 42};
+        update.Tables().gVituralMapTable[4000 + level] = RealParamIdStru{41, 42};
     }
-    Orlune::gRealMapTable[41] = AudioOrluneMobilePara{};
-    Orlune::gRealMapTableExt[42] = AudioOrluneMobileParaExt{};
+    update.Tables().gRealMapTable[41] = AudioOrluneMobilePara{};
+    update.Tables().gRealMapTableExt[42] = AudioOrluneMobileParaExt{};
 }
 
 // An instance bound to the pass-through algorithm, set up for the loudspeaker with the

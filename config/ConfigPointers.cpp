@@ -9,9 +9,9 @@ enum class Device { Headphone, Speaker };
 
 // The extended record of `virtualId` gets the shared tables and `scene` of both TWS tables. A
 // record reached by several ids keeps the scene of the last one visited.
-void PointTables(int virtualId, int scene, Device device) {
-    auto v = Orlune::gVituralMapTable.find(virtualId);
-    if (v == Orlune::gVituralMapTable.end()) {
+void PointTables(ParamTableSet& tables, int virtualId, int scene, Device device) {
+    auto v = tables.gVituralMapTable.find(virtualId);
+    if (v == tables.gVituralMapTable.end()) {
         if (device == Device::Headphone) {
             ORLUNE_LOGD("%s HP do not find currentParamID currentParamMode: %d ",
                         "KivInitConfigPointer", virtualId);
@@ -21,8 +21,8 @@ void PointTables(int virtualId, int scene, Device device) {
         }
         return;
     }
-    auto e = Orlune::gRealMapTableExt.find(v->second.EXTID);
-    if (e == Orlune::gRealMapTableExt.end()) {
+    auto e = tables.gRealMapTableExt.find(v->second.EXTID);
+    if (e == tables.gRealMapTableExt.end()) {
         if (device == Device::Headphone) {
             ORLUNE_LOGD("%s HP do not currentRealParamExtID currentParamMode: %d",
                         "KivInitConfigPointer", virtualId);
@@ -45,10 +45,12 @@ void PointTables(int virtualId, int scene, Device device) {
 }  // namespace
 
 void Orlune::KivInitConfigPointer() {
+    ConfigUpdate update;  // the pointers go into the set being built
+    ParamTableSet& tables = update.Tables();
     // Headphones: nine modes, levels 0..3 of the default kind, all with scene 0.
     for (int mode = 0; mode < 9; ++mode) {
         for (int level = 0; level < 4; ++level) {
-            PointTables(41000 + 80 * mode + level, 0, Device::Headphone);
+            PointTables(tables, 41000 + 80 * mode + level, 0, Device::Headphone);
         }
     }
     // Loudspeaker: per fold state, portrait scenes 0..8 (scene 8 uses TWS scene 2), then
@@ -56,14 +58,14 @@ void Orlune::KivInitConfigPointer() {
     for (int fold = 0; fold < 3; ++fold) {
         for (int scene = 0; scene < 9; ++scene) {
             for (int level = 0; level < 7; ++level) {
-                PointTables(4000 * fold + 20 * scene + level, scene < 8 ? scene : 2,
+                PointTables(tables, 4000 * fold + 20 * scene + level, scene < 8 ? scene : 2,
                             Device::Speaker);
             }
         }
         for (int scene = 0; scene < 9; ++scene) {
             for (int level = 0; level < 7; ++level) {
-                PointTables(4000 * fold + 400 + 20 * scene + level, scene < 8 ? 8 + scene : 10,
-                            Device::Speaker);
+                PointTables(tables, 4000 * fold + 400 + 20 * scene + level,
+                            scene < 8 ? 8 + scene : 10, Device::Speaker);
             }
         }
     }

@@ -64,14 +64,14 @@ void LogNoValues() {
 }
 
 // Ids 30160, 30181 and 30182 fill fixed tables from their first word on.
-void FillFixedTable(int32_t id, TokenList& tokens, const char* first) {
+void FillFixedTable(ParamTableSet& tables, int32_t id, TokenList& tokens, const char* first) {
     int16_t* table = Orlune::gVolumeThrRaw;
     int capacity = kVolumeThrRawWords;
     if (id == kIdHpTypeFirst) {
-        table = Orlune::gParameterHpType;
+        table = tables.gParameterHpType;
         capacity = kHpTypeFirstWords;
     } else if (id == kIdHpTypeSecond) {
-        table = Orlune::gParameterHpType + kHpTypeFirstWords;
+        table = tables.gParameterHpType + kHpTypeFirstWords;
         capacity = kHpTypeWords - kHpTypeFirstWords;
     }
     if (first == nullptr) {
@@ -90,7 +90,7 @@ void FillFixedTable(int32_t id, TokenList& tokens, const char* first) {
 // Any other id: the staging record of its parity takes the values, then a copy of the whole
 // staging record is merged. The staging records are never cleared, so a short list patches only
 // the front of what the previous element of the same parity left.
-void MergeRecord(int32_t id, TokenList& tokens, const char* first) {
+void MergeRecord(ParamTableSet& tables, int32_t id, TokenList& tokens, const char* first) {
     const bool even = id % 2 == 0;
     const bool odd = id % 2 == 1;  // a negative odd id has no target
     unsigned char* target = nullptr;
@@ -115,15 +115,16 @@ void MergeRecord(int32_t id, TokenList& tokens, const char* first) {
     ORLUNE_LOGI("attrIDValue:%d", id);
     // emplace never replaces: the first element with an id wins.
     if (odd) {
-        Orlune::gRealMapTable.emplace(id, Orlune::gTempRealParam);
+        tables.gRealMapTable.emplace(id, Orlune::gTempRealParam);
     } else if (even) {
-        Orlune::gRealMapTableExt.emplace(id, Orlune::gTempRealParamExt);
+        tables.gRealMapTableExt.emplace(id, Orlune::gTempRealParamExt);
     }
 }
 
 }  // namespace
 
 void Orlune::KivReadConfigFromXML(bool musicRegionEnable) {
+    ConfigUpdate update;  // the elements go into the set being built
     char path[kPathBytes] = {};
     if (!ChooseMainConfigFile(musicRegionEnable, path)) {
         return;
@@ -143,6 +144,7 @@ void Orlune::KivReadConfigFromXML(bool musicRegionEnable) {
 }
 
 void Orlune::StartElement(void* /*userData*/, const char* name, const char** attrs) {
+    ConfigUpdate update;
     const bool isNv = strcmp(name, "NV") == 0;
     if (attrs == nullptr || attrs[0] == nullptr) {
         if (isNv) {
@@ -178,9 +180,9 @@ void Orlune::StartElement(void* /*userData*/, const char* name, const char** att
     TokenList tokens(value);
     const char* first = tokens.Next();
     if (id == kIdVolumeThr || id == kIdHpTypeFirst || id == kIdHpTypeSecond) {
-        FillFixedTable(id, tokens, first);
+        FillFixedTable(update.Tables(), id, tokens, first);
     } else {
-        MergeRecord(id, tokens, first);
+        MergeRecord(update.Tables(), id, tokens, first);
     }
 }
 

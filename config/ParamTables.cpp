@@ -4,16 +4,20 @@
 
 #include "effect/orlune.h"
 
-std::map<int32_t, RealParamIdStru> Orlune::gVituralMapTable = {{0, RealParamIdStru{0, 0}}};
-std::map<int32_t, AudioOrluneMobilePara> Orlune::gRealMapTable = {{0, AudioOrluneMobilePara{}}};
-std::map<int32_t, AudioOrluneMobileParaExt> Orlune::gRealMapTableExt = {
-        {0, AudioOrluneMobileParaExt{}}};
-std::map<std::string, int32_t> Orlune::gHpMapTable = {{"DEFALUT", 0}};
+// The set published when the library is loaded, before any instance exists or any file is
+// read: one zero entry at key 0 in each of the three id maps and the "DEFALUT" headset name.
+ParamTableSet DefaultParamTables() {
+    ParamTableSet tables;
+    tables.gVituralMapTable = {{0, RealParamIdStru{0, 0}}};
+    tables.gRealMapTable = {{0, AudioOrluneMobilePara{}}};
+    tables.gRealMapTableExt = {{0, AudioOrluneMobileParaExt{}}};
+    tables.gHpMapTable = {{"DEFALUT", 0}};
+    return tables;
+}
+
 AudioOrluneMobilePara Orlune::gTempRealParam = {};
 AudioOrluneMobileParaExt Orlune::gTempRealParamExt = {};
-int16_t Orlune::gParameterHpType[kHpTypeWords] = {};
 int16_t Orlune::gVolumeThrRaw[kVolumeThrRawWords] = {};
-int16_t Orlune::gUiType = 0;
 bool Orlune::gSecondAudioEffect =
         orlune_platform::PropertyGetInt32("msc.audio.secondaudioeffect", 0) == 2;
 
@@ -27,21 +31,21 @@ int16_t Orlune::gLphConfig[kLphRows][kLphRowWords] = {};
 int16_t Orlune::gTehConfig[kTehWords] = {};
 int16_t Orlune::gAscConfig1[kAsc1Words] = {};
 int16_t Orlune::gAscConfig2[kAsc2Words] = {};
-bool Orlune::gLoadedBinParam = false;
+std::atomic<bool> Orlune::gLoadedBinParam{false};
 
-Orlune::Resolve Orlune::ResolveVirtualId(int virtualId, RealParamIdStru* ids,
-                                         const AudioOrluneMobilePara** para,
+Orlune::Resolve Orlune::ResolveVirtualId(const ParamTableSet& tables, int virtualId,
+                                         RealParamIdStru* ids, const AudioOrluneMobilePara** para,
                                          const AudioOrluneMobileParaExt** ext) {
-    auto v = gVituralMapTable.find(virtualId);
-    if (v == gVituralMapTable.end()) {
+    auto v = tables.gVituralMapTable.find(virtualId);
+    if (v == tables.gVituralMapTable.end()) {
         return Resolve::NoVirtualId;
     }
     if (ids != nullptr) {
         *ids = v->second;
     }
-    auto m = gRealMapTable.find(v->second.ID);
-    auto e = gRealMapTableExt.find(v->second.EXTID);
-    if (m == gRealMapTable.end() || e == gRealMapTableExt.end()) {
+    auto m = tables.gRealMapTable.find(v->second.ID);
+    auto e = tables.gRealMapTableExt.find(v->second.EXTID);
+    if (m == tables.gRealMapTable.end() || e == tables.gRealMapTableExt.end()) {
         return Resolve::NoRealRecord;
     }
     if (para != nullptr) {

@@ -14,6 +14,7 @@
 #include "safe_funcs.h"
 
 int32_t Orlune::KivReadConfigTableFromXML(bool musicRegionEnable) {
+    ConfigUpdate update;  // the elements go into the set being built
     // In region mode both readers read the same region file, which then carries the map too.
     char base[kBaseNameBytes] = {};
     ConfigBaseName(musicRegionEnable, "kiv_config_vmap", base, sizeof(base),
@@ -41,6 +42,7 @@ int32_t Orlune::KivReadConfigTableFromXML(bool musicRegionEnable) {
 }
 
 void Orlune::StartElementMapTable(void* /*userData*/, const char* name, const char** attrs) {
+    ConfigUpdate update;
     const char* nameText = nullptr;
     const char* numIdText = nullptr;
     const char* idText = nullptr;
@@ -68,7 +70,7 @@ void Orlune::StartElementMapTable(void* /*userData*/, const char* name, const ch
         }
         const int32_t numId = IntegerAttr(numIdText);
         const RealParamIdStru ids{IntegerAttr(idText), IntegerAttr(extIdText)};
-        gVituralMapTable.emplace(numId, ids);  // an existing mapping stays
+        update.Tables().gVituralMapTable.emplace(numId, ids);  // an existing mapping stays
         ORLUNE_LOGI("%s attrNUMIDValue:%d, attrIDValue:%d, attrIDValue:%d", "StartElementMapTable",
                     numId, ids.ID, ids.EXTID);
     } else if (strcmp(name, "CFG") == 0) {
@@ -87,6 +89,7 @@ void Orlune::XmlCfgParamParse(const char* cfgID, const char* cfgValue) {
         ORLUNE_LOGE("XmlCfgParamParse cfgValue is null");
         return;
     }
+    ConfigUpdate update;
     const int32_t id = IntegerAttr(cfgID);
     char value[kXmlValueBufferBytes] = {};
     if (strcpy_s(value, sizeof(value), cfgValue) != EOK) {
@@ -102,7 +105,7 @@ void Orlune::XmlCfgParamParse(const char* cfgID, const char* cfgValue) {
         ORLUNE_LOGE("StartElement() paramPtr or elem is null, elemNum: %d", 0);
         return;
     }
-    gUiType = HexToken(first);  // every accepted element overwrites: the last one wins
+    update.Tables().gUiType = HexToken(first);  // every accepted element overwrites: the last wins
     if (tokens.Next() == nullptr) {
         ORLUNE_LOGI("XMLLengthCheck:%d", 0);
     }
@@ -118,9 +121,11 @@ void Orlune::XmlHpMapParse(const char* numId, const char* name) {
         ORLUNE_LOGE("XmlHpMapParse cfgValue is null");
         return;
     }
+    ConfigUpdate update;
     char key[kXmlValueBufferBytes] = {};
     if (strcpy_s(key, sizeof(key), name) != EOK) {
         ORLUNE_LOGE("XmlHpMapParse strcpy_s fail");
     }
-    gHpMapTable.emplace(std::string(key, strnlen(key, sizeof(key))), IntegerAttr(numId));
+    update.Tables().gHpMapTable.emplace(std::string(key, strnlen(key, sizeof(key))),
+                                        IntegerAttr(numId));
 }

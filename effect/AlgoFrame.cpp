@@ -34,7 +34,7 @@ void Orlune::KivApply(int* out) {
     static const char* const kFn = "KivApply";
     if (mChannelCount == 2) {
         bool mode;
-        if (gUiType == 0) {
+        if (Tables().gUiType == 0) {
             mode = mIoInfo.enable != 0 || HP_MODE == 2;
         } else {
             mode = mIoInfo.enable != 0 || hpModeIndex == HP_3D_OFF || hpModeIndex == HP_GAME;
@@ -55,11 +55,8 @@ void Orlune::KivApply(int* out) {
         mLad.SetInputBuffer(mLadInfoIn, mIoBuffer, kAlgoFrame, pipeline::kAlgoSampleRate,
                             AUDIO_FORMAT_PCM_32_BIT, mIoInfo.inChannels);
     }
-    int32_t ret;
-    {
-        AlgoLock lock(mMutex);
-        ret = mAlgoApply(mAlgoMemTable, mAlgoMemTable + kAlgoMemBanks, mAlgoParamArea, &mIoInfo);
-    }
+    const int32_t ret =
+            mAlgoApply(mAlgoMemTable, mAlgoMemTable + kAlgoMemBanks, mAlgoParamArea, &mIoInfo);
     mEvents.AddAlgoRunTimes();
     if (detect) {
         mLad.SetOutputBuffer(mLadInfoOut, mIoBuffer, kAlgoFrame, pipeline::kAlgoSampleRate,

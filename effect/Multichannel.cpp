@@ -25,12 +25,8 @@ void Orlune::KivMultichannelPlay(int channels) {
     for (int k = 0; k < n; ++k) {
         memcpy(mIoBuffer, mInputCache + k * block, static_cast<size_t>(block) * sizeof(int32_t));
         DumpPcm(mIoBuffer, kAlgoFrame * mIoInfo.inChannels, DUMP_ALGO_IN);
-        int32_t ret;
-        {
-            AlgoLock lock(mMutex);
-            ret = mAlgoApply(mAlgoMemTable, mAlgoMemTable + kAlgoMemBanks, mAlgoParamArea,
-                             &mIoInfo);
-        }
+        const int32_t ret =
+                mAlgoApply(mAlgoMemTable, mAlgoMemTable + kAlgoMemBanks, mAlgoParamArea, &mIoInfo);
         mEvents.AddAlgoRunTimes();
         if (ret != 0) {
             ORLUNE_LOGE("Quex_KIV_Apply result is %d", ret);

@@ -6,22 +6,27 @@
 
 #include "effect/LogTags.h"
 
-uint32_t Orlune::gInstanceNum = 0;
-bool Orlune::gMapTableFlag = false;
-int32_t Orlune::gVolSteps = 15;
-bool Orlune::gIsLoudMediaVolumeMode = false;
-bool Orlune::gMusicRegionEnable = false;
-int32_t Orlune::gEqLimitValue = 200;
-int32_t Orlune::gVoiceEnhanceEnable = 1;
-bool Orlune::gIsLoudRingVolumeMode = false;
-bool Orlune::gIsLoudMusicVolumeMode = false;
-bool Orlune::gIsLoudAlarmVolumeMode = false;
-bool Orlune::gIsAlarmMode = false;
-int32_t Orlune::lastSpkParamMode = -1;
-int32_t Orlune::lastHpParamMode = -1;
-uint32_t Orlune::gAudiodumpCount = 0;
-uint32_t Orlune::sLogBlockCount = 0;
-uint32_t Orlune::sLogEnableCount = 0;
+std::atomic<uint32_t> Orlune::gInstanceNum{0};
+std::atomic<bool> Orlune::gMapTableFlag{false};
+std::atomic<int32_t> Orlune::gVolSteps{15};
+std::atomic<bool> Orlune::gIsLoudMediaVolumeMode{false};
+std::atomic<bool> Orlune::gMusicRegionEnable{false};
+std::atomic<int32_t> Orlune::gEqLimitValue{200};
+std::atomic<int32_t> Orlune::gVoiceEnhanceEnable{1};
+std::atomic<bool> Orlune::gIsLoudRingVolumeMode{false};
+std::atomic<bool> Orlune::gIsLoudMusicVolumeMode{false};
+std::atomic<bool> Orlune::gIsLoudAlarmVolumeMode{false};
+std::atomic<bool> Orlune::gIsAlarmMode{false};
+std::atomic<int32_t> Orlune::lastSpkParamMode{-1};
+std::atomic<int32_t> Orlune::lastHpParamMode{-1};
+std::atomic<uint32_t> Orlune::gAudiodumpCount{0};
+std::atomic<uint32_t> Orlune::sLogBlockCount{0};
+std::atomic<uint32_t> Orlune::sLogEnableCount{0};
+
+// The flags keep the width of the plain words they replace and need no lock on the targets.
+static_assert(sizeof(std::atomic<bool>) == 1 && std::atomic<bool>::is_always_lock_free);
+static_assert(sizeof(std::atomic<int32_t>) == 4 && std::atomic<int32_t>::is_always_lock_free);
+static_assert(sizeof(std::atomic<uint32_t>) == 4 && std::atomic<uint32_t>::is_always_lock_free);
 
 namespace {
 
@@ -54,10 +59,14 @@ Orlune::Orlune() {
     // The key-0 placeholders let a lookup succeed before any instance exists; the first
     // instance removes them so that only configured ids resolve from then on.
     if (!gMapTableFlag) {
-        gVituralMapTable.erase(0);
-        gRealMapTable.erase(0);
-        gRealMapTableExt.erase(0);
-        gMapTableFlag = true;
+        ConfigUpdate update;
+        if (!gMapTableFlag) {
+            ParamTableSet& tables = update.Tables();
+            tables.gVituralMapTable.erase(0);
+            tables.gRealMapTable.erase(0);
+            tables.gRealMapTableExt.erase(0);
+            gMapTableFlag = true;
+        }
     }
 
     ORLUNE_LOGI("%s: Orlune instance init. %p, tid:%d", "Orlune", static_cast<void*>(this),
@@ -72,12 +81,14 @@ Orlune::Orlune() {
 
 Orlune::~Orlune() {
     --gInstanceNum;
+    CloseDumpFiles();
     mLadInfoOut.clear();
     mLadInfoIn.clear();
     pthread_mutex_destroy(&mMutex);
     // The detector bridge (which closes the detection library) and the usage aggregator are
     // members, destroyed after this body.
-    // The algorithm library stays mapped for the life of the process.
+    // The algorithm library stays mapped for the life of the process. The tables mark
+    // (mTablesInUse) unregisters itself and frees replaced tables nobody uses any more.
 }
 
 bool Orlune::GetProcessEnable() {

@@ -3,6 +3,8 @@
 #include <errno.h>
 #include <string.h>
 
+#include <utility>
+
 #include <platform/device_fs.h>
 
 #include "effect/LogTags.h"
@@ -34,78 +36,115 @@ void LogMissingFile(DumpHandle which) {
     }
 }
 
+void CloseFiles(FILE* (&files)[DUMP_HANDLE_COUNT]) {
+    for (FILE*& f : files) {
+        if (f != nullptr) {
+            fclose(f);
+            f = nullptr;
+        }
+    }
+}
+
 }  // namespace
 
+// Switching runs on a parameter or control thread while the audio thread may be writing:
+// files are opened before they are handed to the block and closed after they were taken from
+// it, each hand-over under the instance lock, so a block never sees a file being closed and
+// the audio thread never waits for an open or a close.
 void Orlune::SetAudioDump(int on) {
+    std::lock_guard<std::mutex> dumpLock(mDumpLock);
+    const bool enabled = DumpEnabled();
     if (on != 0) {
-        if (mDumpEnabled != 0) {
+        if (enabled) {
             ORLUNE_LOGI("%s %d: Audio dump has already been enabled", "SetAudioDump", 1752);
         } else {
             EnableAudioDump();
         }
-    } else if (mDumpEnabled == 0) {
+    } else if (!enabled) {
         ORLUNE_LOGI("%s %d: Audio dump has already been disabled", "SetAudioDump", 1758);
     } else {
         DisableAudioDump();
     }
 }
 
+bool Orlune::DumpEnabled() {
+    InstanceLock lock(*this);
+    return mDumpEnabled != 0;
+}
+
+// Called with mDumpLock held.
 void Orlune::EnableAudioDump() {
     const unsigned number = ++gAudiodumpCount;
-    bool allOpen = true;
-    for (FILE* f : mDumpFiles) {
-        allOpen = allOpen && f != nullptr;
-    }
-    if (mDumpEnabled != 0 && allOpen) {
-        ORLUNE_LOGI("%s %d: OrluneAudioDump already enabled", "EnableAudioDump", 1690);
-        return;
+    {
+        InstanceLock lock(*this);
+        bool allOpen = true;
+        for (FILE* f : mDumpFiles) {
+            allOpen = allOpen && f != nullptr;
+        }
+        if (mDumpEnabled != 0 && allOpen) {
+            ORLUNE_LOGI("%s %d: OrluneAudioDump already enabled", "EnableAudioDump", 1690);
+            return;
+        }
     }
 
+    FILE* files[DUMP_HANDLE_COUNT] = {};
+    bool allOpen = true;
     int openErrno = 0;
     for (int i = 0; i < DUMP_HANDLE_COUNT; ++i) {
-        if (mDumpFiles[i] != nullptr) {  // left over from a half-open tap: start afresh
-            fclose(mDumpFiles[i]);
-            mDumpFiles[i] = nullptr;
-        }
         char path[kDumpPathBytes] = {};
         if (snprintf_s(path, sizeof(path), sizeof(path) - 1, "%s/%s_%u%s", kDumpDir, kDumpStems[i],
                        number, ".pcm") < 0) {
             openErrno = ENAMETOOLONG;
+            allOpen = false;
             continue;
         }
-        mDumpFiles[i] = orlune_platform::DevFopen(path, "wb");
-        if (mDumpFiles[i] == nullptr && openErrno == 0) {
-            openErrno = errno;
+        files[i] = orlune_platform::DevFopen(path, "wb");
+        if (files[i] == nullptr) {
+            allOpen = false;
+            if (openErrno == 0) {
+                openErrno = errno;
+            }
         }
     }
-    allOpen = true;
-    for (FILE* f : mDumpFiles) {
-        allOpen = allOpen && f != nullptr;
-    }
     if (allOpen) {
-        mDumpEnabled = 1;
+        {
+            InstanceLock lock(*this);
+            // Left over from a half-open tap: replaced, and closed below.
+            for (int i = 0; i < DUMP_HANDLE_COUNT; ++i) {
+                std::swap(mDumpFiles[i], files[i]);
+            }
+            mDumpEnabled = 1;
+        }
+        CloseFiles(files);
         ORLUNE_LOGI("%s %d: OrluneAudioDump enabled.", "EnableAudioDump", 1717);
         return;
     }
+    CloseFiles(files);
     ORLUNE_LOGE("%s %d:  OrluneAudioDump fopen failed, errno = %d reason = %s.", "EnableAudioDump",
                 1719, openErrno, strerror(openErrno));
     DisableAudioDump();
 }
 
+// Called with mDumpLock held. Returns with the files complete and closed.
 void Orlune::DisableAudioDump() {
-    if (gAudiodumpCount > 0) {
-        --gAudiodumpCount;
+    uint32_t count = gAudiodumpCount.load();
+    while (count > 0 && !gAudiodumpCount.compare_exchange_weak(count, count - 1)) {
     }
-    // The audio thread checks the flag before each write: clear it before the files go.
-    mDumpEnabled = 0;
-    for (FILE*& f : mDumpFiles) {
-        if (f != nullptr) {
-            FILE* closing = f;
-            f = nullptr;
-            fclose(closing);
+    CloseDumpFiles();
+    ORLUNE_LOGI("%s %d: OrluneAudioDump disabled", "DisableAudioDump", 1745);
+}
+
+// Takes the files from the block and closes them; the process-wide count is left alone.
+void Orlune::CloseDumpFiles() {
+    FILE* files[DUMP_HANDLE_COUNT] = {};
+    {
+        InstanceLock lock(*this);
+        mDumpEnabled = 0;
+        for (int i = 0; i < DUMP_HANDLE_COUNT; ++i) {
+            std::swap(mDumpFiles[i], files[i]);
         }
     }
-    ORLUNE_LOGI("%s %d: OrluneAudioDump disabled", "DisableAudioDump", 1745);
+    CloseFiles(files);
 }
 
 void Orlune::DumpPcm(const void* buf, int samples, DumpHandle which) {

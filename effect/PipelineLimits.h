@@ -35,7 +35,7 @@ inline bool FramesFit(const Orlune& o, int64_t frames, int32_t channels) {
 // With the UI type 0, headphone mode "off" (2) or smart mode chosen in mode 0 turns the
 // algorithm off for the block; the stereo path exempts the loudspeaker.
 inline bool UiRuleDisables(const Orlune& o, bool exemptSpeaker) {
-    if (Orlune::gUiType != 0) {
+    if (o.Tables().gUiType != 0) {
         return false;
     }
     const bool hpOff = o.HP_MODE == 2 || (o.HP_MODE == 0 && o.HP_SMART_MODE == 1);

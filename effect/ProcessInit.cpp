@@ -6,6 +6,8 @@
 #include <string.h>
 #include <unistd.h>
 
+#include <utility>
+
 #include <platform/properties.h>
 #include <platform/device_fs.h>
 
@@ -37,16 +39,19 @@ void CompareUiType() {
     } else {
         ORLUNE_LOGI("kivUiType = %s", line);
         const int deviceUiType = atoi(line);
-        if (deviceUiType != Orlune::gUiType) {
-            ORLUNE_LOGE("xml ui type %d is diff from apk-dtsi ui type %d", Orlune::gUiType,
+        const int16_t configured = PublishedTables().gUiType;  // stable under the load lock
+        if (deviceUiType != configured) {
+            ORLUNE_LOGE("xml ui type %d is diff from apk-dtsi ui type %d", configured,
                         deviceUiType);
         }
     }
     fclose(node);
 }
 
-// Reads the product's tuning once per process; later instances share the tables.
+// Reads the product's tuning once per process; later instances share the tables. The binary
+// tables are filled before the new set that points into them is published.
 void LoadConfigurationOnce() {
+    std::lock_guard<std::recursive_mutex> lock(ConfigLoadLock());
     if (Orlune::gLoadedBinParam) {
         return;
     }
@@ -57,29 +62,38 @@ void LoadConfigurationOnce() {
     Orlune::ReadTEH(Orlune::gTehConfig, 9600);
     Orlune::ReadASC1(Orlune::gAscConfig1, 2053);
     Orlune::ReadASC2(Orlune::gAscConfig2, 4105);
-    Orlune::KivReadConfigFromXML(Orlune::gMusicRegionEnable);
-    Orlune::KivReadConfigTableFromXML(Orlune::gMusicRegionEnable);
-    Orlune::KivInitConfigPointer();
+    {
+        ConfigUpdate update;
+        Orlune::KivReadConfigFromXML(Orlune::gMusicRegionEnable);
+        Orlune::KivReadConfigTableFromXML(Orlune::gMusicRegionEnable);
+        Orlune::KivInitConfigPointer();
+    }
     Orlune::gLoadedBinParam = true;
     CompareUiType();
 }
 
 }  // namespace
 
+// Set-up may run again while the stream plays (the region switch, id 1). Whatever a block
+// uses is changed under the instance lock, in the steps' order; files are read, the
+// detection library loaded and dump files opened outside it.
 void Orlune::KivOutProcPlayInit() {
-    mIoInfo.frameLength = kAlgoFrame;
-    mIoInfo.enable = 1;
-    mIoInfo.inBuf = mIoBuffer;
-    mIoInfo.outBuf = mIoBuffer;
-
     char value[orlune_platform::kPropertyValueMax] = {};
     orlune_platform::PropertyGet("ro.config.kiv_moviemode", value, "false");
-    mMovieMode = (strcmp(value, "true") == 0) ? 1 : 0;
+    {
+        InstanceLock lock(*this);
+        mIoInfo.frameLength = kAlgoFrame;
+        mIoInfo.enable = 1;
+        mIoInfo.inBuf = mIoBuffer;
+        mIoInfo.outBuf = mIoBuffer;
+        mMovieMode = (strcmp(value, "true") == 0) ? 1 : 0;
+    }
 
     char steps[orlune_platform::kPropertyValueMax] = {};
     orlune_platform::PropertyGet("ro.config.media_vol_steps", steps, "0");
     gVolSteps = atoi(steps);
-    ORLUNE_LOGI("gVolSteps:%d, gIsLoudMediaVolumeMode = %d", gVolSteps, gIsLoudMediaVolumeMode);
+    ORLUNE_LOGI("gVolSteps:%d, gIsLoudMediaVolumeMode = %d", gVolSteps.load(),
+                static_cast<int>(gIsLoudMediaVolumeMode));
 
     if (!LoadOrulneEffect()) {
         ORLUNE_LOGE("%s: load orlune effect fail.", "KivOutProcPlayInit");
@@ -98,19 +112,35 @@ void Orlune::KivOutProcPlayInit() {
     }
 
     LoadConfigurationOnce();
-    mEvents.ClearEvent();
-    ParseVolumeThr();
-    InitPopEliminate();
-    InitKiv(true);
-
-    mLadInfoIn = new android::LadReportInfo();
-    mLadInfoOut = new android::LadReportInfo();
+    const VolumeThrRows thresholds = ComputeVolumeThr();
+    android::sp<android::LadReportInfo> recordIn = new android::LadReportInfo();
+    android::sp<android::LadReportInfo> recordOut = new android::LadReportInfo();
+    {
+        InstanceLock lock(*this);
+        mEvents.ClearEvent();
+        ApplyVolumeThr(thresholds);
+        InitPopEliminate();
+        InitKiv(true);
+        // The records of the previous set-up, if any, are released after the lock, on this
+        // thread.
+        std::swap(mLadInfoIn, recordIn);
+        std::swap(mLadInfoOut, recordOut);
+        masterVolume = 0.0f;  // the stream volumes belong to the records
+        typeVolume = 0.0f;
+        clientVolume = 0.0f;
+    }
+    recordIn.clear();
+    recordOut.clear();
     mLad.LoadLadProc(1);
-    mLad.LadInfoInit(mLadInfoIn);
-    mLad.LadInfoInit(mLadInfoOut);
+    {
+        InstanceLock lock(*this);
+        mLad.LadInfoInit(mLadInfoIn);
+        mLad.LadInfoInit(mLadInfoOut);
+    }
 
     if (gAudiodumpCount != 0) {
-        if (mDumpEnabled != 0) {
+        std::lock_guard<std::mutex> dumpLock(mDumpLock);
+        if (DumpEnabled()) {
             ORLUNE_LOGI("%s %d: Audio dump has already been enabled", "SetAudioDump", 1752);
         } else {
             EnableAudioDump();
@@ -123,6 +153,7 @@ void Orlune::InitPopEliminate() {
     mPopElim->CuttingEdgeFadeinoutInit(&config, &mPopHandle, mPopBuffer, mPopCache);
 }
 
+// Called with the instance lock held (set-up, or the block itself).
 void Orlune::InitKiv(bool resetGuard) {
     ORLUNE_LOGE("%s, tid:%d", "InitKiv", static_cast<int>(gettid()));
     mConfigChannelOut = orlune_platform::PropertyGetInt32("msc.brisel.config_channel_out", 2);
@@ -140,11 +171,7 @@ void Orlune::InitKiv(bool resetGuard) {
                     sizes[0], sizes[1], sizes[2], sizes[3]);
     }
     if (mAlgoInit != nullptr) {
-        int32_t ret;
-        {
-            AlgoLock lock(mMutex);
-            ret = mAlgoInit(mAlgoMemTable, mAlgoMemTable + kAlgoMemBanks);
-        }
+        const int32_t ret = mAlgoInit(mAlgoMemTable, mAlgoMemTable + kAlgoMemBanks);
         if (ret != 0) {
             ORLUNE_LOGE("%s: Algorithm orluneInitClass failed! ret = %d", "InitKiv", ret);
             mEvents.errorCodes.AddErrorCode(ret);

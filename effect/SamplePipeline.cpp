@@ -90,7 +90,10 @@ void Orlune::UpdateKivAndHandleOutChannel() {
     }
 }
 
+// The whole block runs under the instance lock and reads one set of parameter tables, so
+// parameter changes, set-up steps and dump switches of other threads land between blocks.
 void Orlune::KivOutProcPlaySamples(short* buffer, int frames, int channels, audio_format_t format) {
+    InstanceLock lock(*this);
     UpdateKivAndHandleOutChannel();
     if (initialised == 0) {
         return;
@@ -132,16 +135,13 @@ void Orlune::KivOutProcPlaySamples(short* buffer, int frames, int channels, audi
     }
     mRejectReason = BLOCK_OK;
     mRejectValue = 0;
+    TablesPin tables(*this);
 
     mIoInfo.enable = (stereoWidenEnable != 0 && param32Value != 0) ? 1 : 0;
 
     if (mResetRequest == 1) {
         ORLUNE_LOGI("KIV reset");
-        int32_t ret;
-        {
-            AlgoLock lock(mMutex);
-            ret = mAlgoInit(mAlgoMemTable, mAlgoMemTable + kAlgoMemBanks);
-        }
+        const int32_t ret = mAlgoInit(mAlgoMemTable, mAlgoMemTable + kAlgoMemBanks);
         if (ret != 0) {
             ORLUNE_LOGE("initialisation failed ret = %d", ret);
             mEvents.errorCodes.AddErrorCode(ret);

@@ -2,13 +2,41 @@
 // created and deleted through the exported factory and driven through the virtual slots below
 // (the slot order is the host interface and must not change). Every buffer is held inline, so
 // an instance is exactly one allocation and processing never allocates.
+//
+// Threading contract
+// - Threads: the host's audio thread calls KivOutProcPlaySamples once per block (about every
+//   10 ms), one block at a time per instance. Parameter threads call KivParamsSetInt, -Float,
+//   -String and KivParamsGet at any moment, also while a block runs. The control thread
+//   creates, sets up (KivOutProcPlayInit) and deletes instances and may reload the
+//   configuration (id 33), switch the dumps (id 100) or the region (id 1). An instance is not
+//   deleted while any of its calls runs, and is set up on one thread at a time.
+// - Per instance: mMutex, the instance lock, is held by the audio thread for the whole block
+//   and by every other call for the part that reads or changes the instance. So a parameter
+//   change, a dump switch or a re-run of set-up takes effect between two blocks, never in the
+//   middle of one. Holders of the instance lock never read, open or close files while holding
+//   it: dump files are opened before they are handed to the block and closed after they were
+//   taken from it. Init, Apply and SetPara of the algorithm are called with the lock held.
+// - Shared by all instances: the parameter tables (gVituralMapTable, gRealMapTable,
+//   gRealMapTableExt, gHpMapTable, the headphone-type rows, the UI type) as one immutable set
+//   (config/ParamTableSet.h). A load builds the next set beside it under ConfigLoadLock and
+//   publishes it in one step; a block keeps the set it started with. The binary tables are
+//   written once, by the first load, before any record points into them. The process-wide
+//   flags and counters below are atomics.
+// - Lock order: ConfigLoadLock, then mDumpLock, then mMutex, then the detector bridge's lock or
+//   the table registry's lock.
+// - What may block: parameter and control calls may wait for a block of their instance and for
+//   a load in progress (which reads files). The audio thread waits only for mMutex, whose
+//   holders do no file I/O; it never waits for a load, never frees shared tables, and allocates
+//   nothing in steady state.
 #pragma once
 
 #include <pthread.h>
 #include <stdint.h>
 #include <stdio.h>
 
+#include <atomic>
 #include <map>
+#include <mutex>
 #include <string>
 
 #include <media/AudioParameter.h>
@@ -18,6 +46,7 @@
 
 #include "config/NameLists.h"
 #include "config/ParamRecords.h"
+#include "config/ParamTableSet.h"
 #include "effect/AlgoApi.h"
 #include "effect/KivIoInfo.h"
 #include "events/OrluneEvent.h"
@@ -39,7 +68,6 @@ constexpr int kInputCacheSamples = 76800;
 constexpr int kOutputBufferSamples = 153600;
 constexpr int kIoBufferSamples = kAlgoFrame * 10;
 constexpr int kVolumeThrRawWords = 37;
-constexpr int kHpTypeWords = 288;
 constexpr int kHpTypeRows = 18;
 constexpr int kHpTypeRowWords = 16;
 constexpr int kThresholdsPerScene = 6;
@@ -81,11 +109,13 @@ public:
     void WriteBufferToOutput(short* buffer, int samples, audio_format_t format);
     int32_t* PopEliminate(const int* buf, int samples, bool mode);
 
-    // PCM dump.
+    // PCM dump. Enable and Disable run with mDumpLock held; DumpPcm is the block's.
     void SetAudioDump(int on);
     void EnableAudioDump();
     void DisableAudioDump();
     void DumpPcm(const void* buf, int samples, DumpHandle which);
+    bool DumpEnabled();
+    void CloseDumpFiles();
 
     // Configuration file location (process-wide state only).
     static char* GetFileRealPath(const char* name, char* out, int outSize);
@@ -114,11 +144,20 @@ public:
     static int ReadASC2(int16_t* table, int length);
     static void KivInitConfigPointer();
 
-    // Resolution of a virtual parameter id into its records. Null out-pointers are allowed.
+    // Resolution of a virtual parameter id into its records of `tables`. Null out-pointers
+    // are allowed. Without `tables`, the published set (for tools and tests that run alone).
     enum class Resolve { Found, NoVirtualId, NoRealRecord };
+    static Resolve ResolveVirtualId(const ParamTableSet& tables, int virtualId,
+                                    RealParamIdStru* ids, const AudioOrluneMobilePara** para,
+                                    const AudioOrluneMobileParaExt** ext);
     static Resolve ResolveVirtualId(int virtualId, RealParamIdStru* ids,
                                     const AudioOrluneMobilePara** para,
-                                    const AudioOrluneMobileParaExt** ext);
+                                    const AudioOrluneMobileParaExt** ext) {
+        return ResolveVirtualId(PublishedTables(), virtualId, ids, para, ext);
+    }
+
+    // The parameter tables pinned for the running block or parameter call (TablesPin).
+    const ParamTableSet& Tables() const { return *mTables; }
 
     // Parameter interface.
     void SetKivOtherParam(int key, int value);
@@ -128,6 +167,7 @@ public:
     void KivParamsGetCharactor(android::AudioParameter& request, android::AudioParameter& reply,
                                const char* key, const int16_t* field);
     void ReloadConfiguration();
+    void SwitchRegion(int value);
 
     // Speaker scene modes.
     void KivParamsSetNS(int channels);
@@ -149,25 +189,28 @@ public:
     void SetMultiMovieMode(unsigned short mode);
     void SetMultiMode9(unsigned short mode);
 
-    // Volume levels.
+    // Volume levels. ParseVolumeThr = ApplyVolumeThr(ComputeVolumeThr()): the rows are built
+    // from the raw words under ConfigLoadLock, then stored under the instance lock.
+    struct VolumeThrRows {
+        int16_t rows[SCENE_COUNT][kThresholdsPerScene];
+        bool thresholdSwitch;
+    };
     void ParseVolumeThr();
+    static VolumeThrRows ComputeVolumeThr();
+    void ApplyVolumeThr(const VolumeThrRows& rows);
     void VolumeThrToIndex(PARAM_INDEX_ZELO_SCENE scene, unsigned short* raw, int count);
     void VolumeIndexToVolLevel(short index);
     void VolumeIndexToVolLevelHp(short index);
 
     // ---- Process-wide state -------------------------------------------------------------
-    static uint32_t gInstanceNum;  // live instances
-    static bool gMapTableFlag;     // the key-0 placeholders have been pruned
+    static std::atomic<uint32_t> gInstanceNum;  // live instances
+    static std::atomic<bool> gMapTableFlag;     // the key-0 placeholders have been pruned
 
-    static std::map<int32_t, RealParamIdStru> gVituralMapTable;
-    static std::map<int32_t, AudioOrluneMobilePara> gRealMapTable;
-    static std::map<int32_t, AudioOrluneMobileParaExt> gRealMapTableExt;
-    static std::map<std::string, int32_t> gHpMapTable;
+    // The parameter tables themselves are members of ParamTableSet. The state of the loader
+    // below is used only under ConfigLoadLock.
     static AudioOrluneMobilePara gTempRealParam;
     static AudioOrluneMobileParaExt gTempRealParamExt;
-    static int16_t gParameterHpType[kHpTypeWords];
-    static int16_t gVolumeThrRaw[kVolumeThrRawWords];
-    static int16_t gUiType;
+    static int16_t gVolumeThrRaw[kVolumeThrRawWords];  // read only by ComputeVolumeThr
     static bool gSecondAudioEffect;  // "msc.audio.secondaudioeffect" == 2; nothing reads it
 
     static char gProductName[1024];
@@ -180,26 +223,33 @@ public:
     static int16_t gTehConfig[kTehWords];
     static int16_t gAscConfig1[kAsc1Words];
     static int16_t gAscConfig2[kAsc2Words];
-    static bool gLoadedBinParam;
+    static std::atomic<bool> gLoadedBinParam;
 
-    static int32_t gVolSteps;
-    static bool gIsLoudMediaVolumeMode;
-    static bool gMusicRegionEnable;
-    static int32_t gEqLimitValue;
-    static int32_t gVoiceEnhanceEnable;
-    static bool gIsLoudRingVolumeMode;
-    static bool gIsLoudMusicVolumeMode;
-    static bool gIsLoudAlarmVolumeMode;
-    static bool gIsAlarmMode;
-    static int32_t lastSpkParamMode;
-    static int32_t lastHpParamMode;
-    static uint32_t gAudiodumpCount;
-    static uint32_t sLogBlockCount;
-    static uint32_t sLogEnableCount;
+    static std::atomic<int32_t> gVolSteps;
+    static std::atomic<bool> gIsLoudMediaVolumeMode;
+    static std::atomic<bool> gMusicRegionEnable;
+    static std::atomic<int32_t> gEqLimitValue;
+    static std::atomic<int32_t> gVoiceEnhanceEnable;
+    static std::atomic<bool> gIsLoudRingVolumeMode;
+    static std::atomic<bool> gIsLoudMusicVolumeMode;
+    static std::atomic<bool> gIsLoudAlarmVolumeMode;
+    static std::atomic<bool> gIsAlarmMode;
+    static std::atomic<int32_t> lastSpkParamMode;
+    static std::atomic<int32_t> lastHpParamMode;
+    static std::atomic<uint32_t> gAudiodumpCount;
+    static std::atomic<uint32_t> sLogBlockCount;
+    static std::atomic<uint32_t> sLogEnableCount;
 
     // ---- Instance and host interface ----------------------------------------------------
-    bool mProcessEnable = false;
-    pthread_mutex_t mMutex;  // held exactly around each call into the algorithm library
+    std::atomic<bool> mProcessEnable{false};
+    // The instance lock (see the threading contract above): a whole block, or the part of a
+    // host call that touches the instance; every algorithm call is made under it.
+    pthread_mutex_t mMutex;
+    std::mutex mDumpLock;  // serialises switching the dump; never taken by the audio thread
+
+    // ---- Parameter tables in use ------------------------------------------------------------
+    TablesInUse mTablesInUse;                // the mark that keeps mTables from being freed
+    const ParamTableSet* mTables = nullptr;  // pinned set; valid inside a TablesPin
 
     // ---- Algorithm binding ----------------------------------------------------------------
     AlgoInitFn mAlgoInit = nullptr;
@@ -208,7 +258,7 @@ public:
     AlgoGetParaFn mAlgoGetPara = nullptr;
     AlgoGetVersionFn mAlgoGetVersion = nullptr;
     AlgoGetSizeFn mAlgoGetSize = nullptr;
-    uint8_t initialised = 0;
+    std::atomic<uint8_t> initialised{0};  // set on the control thread, read by every call
 
     // ---- Algorithm memory -------------------------------------------------------------------
     // The algorithm keeps typed state in these buffers: each starts on a 16-byte boundary.
@@ -292,7 +342,8 @@ public:
     int32_t stopStreamState = 3;
     float volumeDb;
     // Float ids 57..59, meant for both loud-detection report records; the records' fixed
-    // layout has no field for them, so the instance keeps them.
+    // layout has no field for them, so they are kept beside the records and start again from
+    // 0 whenever set-up creates new records.
     float masterVolume = 0.0f;
     float typeVolume = 0.0f;
     float clientVolume = 0.0f;
@@ -324,14 +375,39 @@ private:
     Orlune& operator=(const Orlune&) = delete;
 };
 
-// Holds an instance's algorithm mutex for one call into the algorithm library.
-class AlgoLock {
+// Holds the instance lock for the scope.
+class InstanceLock {
 public:
-    explicit AlgoLock(pthread_mutex_t& m) : mMutex(m) { pthread_mutex_lock(&mMutex); }
-    ~AlgoLock() { pthread_mutex_unlock(&mMutex); }
-    AlgoLock(const AlgoLock&) = delete;
-    AlgoLock& operator=(const AlgoLock&) = delete;
+    explicit InstanceLock(Orlune& o) : mMutex(o.mMutex) { pthread_mutex_lock(&mMutex); }
+    ~InstanceLock() { pthread_mutex_unlock(&mMutex); }
+    InstanceLock(const InstanceLock&) = delete;
+    InstanceLock& operator=(const InstanceLock&) = delete;
 
 private:
     pthread_mutex_t& mMutex;
+};
+
+// Pins the published parameter tables for the scope, so that Orlune::Tables() stays the same
+// set and is not freed. Pins nest: an inner pin keeps the outer one's set, so a whole block
+// reads the set it started with. Taken by the holder of the instance lock (or by a test that
+// drives an instance alone).
+class TablesPin {
+public:
+    explicit TablesPin(Orlune& o) : mOrlune(o), mOuter(o.mTables == nullptr) {
+        if (mOuter) {
+            o.mTables = o.mTablesInUse.Pin();
+        }
+    }
+    ~TablesPin() {
+        if (mOuter) {
+            mOrlune.mTables = nullptr;
+            mOrlune.mTablesInUse.Unpin();
+        }
+    }
+    TablesPin(const TablesPin&) = delete;
+    TablesPin& operator=(const TablesPin&) = delete;
+
+private:
+    Orlune& mOrlune;
+    bool mOuter;
 };

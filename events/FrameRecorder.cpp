@@ -6,8 +6,8 @@
 #include "events/EventKeys.h"
 #include "events/UsageRate.h"
 
-uint32_t SpkFrameRecorder::gFrameSums = 0;
-uint32_t HpFrameRecorder::gFrameSums = 0;
+std::atomic<uint32_t> SpkFrameRecorder::gFrameSums{0};
+std::atomic<uint32_t> HpFrameRecorder::gFrameSums{0};
 
 namespace {
 
@@ -75,10 +75,11 @@ float SpkFrameRecorder::GetParamVolUsageRate(int level) const {
 }
 
 float SpkFrameRecorder::GetParamUsageRate() const {
-    if (totalFrames == 0 || gFrameSums == 0) {
+    const uint32_t sums = gFrameSums;
+    if (totalFrames == 0 || sums == 0) {
         return -1.0f;
     }
-    return UsageRate(totalFrames, gFrameSums);
+    return UsageRate(totalFrames, sums);
 }
 
 int SpkFrameRecorder::PrintRate() const {
@@ -94,13 +95,14 @@ void SpkFrameRecorder::ClearFrame() {
 }
 
 void SpkFrameRecorder::PutInEvent(TovaEvent& event) const {
-    if (totalFrames == 0 || gFrameSums == 0 || mode >= kSpkKeyRows) {
+    const uint32_t sums = gFrameSums;  // other instances count into it too
+    if (totalFrames == 0 || sums == 0 || mode >= kSpkKeyRows) {
         return;
     }
     for (int band = 0; band < kVolumeBands; ++band) {
         event.PutFloat(gSpkVolRateKeys[mode][band], UsageRate(counts[band], totalFrames));
     }
-    event.PutFloat(gSpkModeRateKeys[mode], UsageRate(totalFrames, gFrameSums));
+    event.PutFloat(gSpkModeRateKeys[mode], UsageRate(totalFrames, sums));
 }
 
 // ---- headphone ----
@@ -134,10 +136,11 @@ float HpFrameRecorder::GetParamVolUsageRate(int level) const {
 }
 
 float HpFrameRecorder::GetParamUsageRate() const {
-    if (totalFrames == 0 || gFrameSums == 0) {
+    const uint32_t sums = gFrameSums;
+    if (totalFrames == 0 || sums == 0) {
         return -1.0f;
     }
-    return UsageRate(totalFrames, gFrameSums);
+    return UsageRate(totalFrames, sums);
 }
 
 int HpFrameRecorder::PrintRate() const {
@@ -151,7 +154,8 @@ void HpFrameRecorder::ClearFrame() {
 }
 
 void HpFrameRecorder::PutInEvent(TovaEvent& event) const {
-    if (totalFrames == 0 || gFrameSums == 0 || mode >= kHpKeyRows) {
+    const uint32_t sums = gFrameSums;  // other instances count into it too
+    if (totalFrames == 0 || sums == 0 || mode >= kHpKeyRows) {
         return;
     }
     event.PutFloat(gHpLowRateKeys[mode], UsageRate(counts[0], totalFrames));
@@ -160,5 +164,5 @@ void HpFrameRecorder::PutInEvent(TovaEvent& event) const {
         upper += UsageRate(counts[band], totalFrames);
     }
     event.PutFloat(gHpUpperRateKeys[mode], upper);
-    event.PutFloat(gHpModeRateKeys[mode], UsageRate(totalFrames, gFrameSums));
+    event.PutFloat(gHpModeRateKeys[mode], UsageRate(totalFrames, sums));
 }

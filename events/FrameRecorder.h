@@ -3,6 +3,8 @@
 
 #include <stdint.h>
 
+#include <atomic>
+
 class TovaEvent;
 
 constexpr int kVolumeBands = 7;
@@ -23,7 +25,8 @@ public:
     uint32_t totalFrames = 0;
     uint32_t counts[kVolumeBands] = {};
 
-    static uint32_t gFrameSums;  // blocks recorded by all speaker recorders together
+    // Blocks recorded by all speaker recorders together, of every instance.
+    static std::atomic<uint32_t> gFrameSums;
 };
 
 class HpFrameRecorder {
@@ -43,5 +46,5 @@ public:
     uint32_t totalFrames = 0;
     uint32_t counts[kVolumeBands] = {};
 
-    static uint32_t gFrameSums;
+    static std::atomic<uint32_t> gFrameSums;
 };

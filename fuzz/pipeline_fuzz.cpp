@@ -89,11 +89,12 @@ const Device& TheDevice() {
 }
 
 void InstallTuning() {
+    ConfigUpdate update;
     for (int level = 0; level <= 6; ++level) {
-        Orlune::gVituralMapTable[4000 + level] = RealParamIdStru{41, 42};
+        update.Tables().gVituralMapTable[4000 + level] = RealParamIdStru{41, 42};
     }
-    Orlune::gRealMapTable[41] = AudioOrluneMobilePara{};
-    Orlune::gRealMapTableExt[42] = AudioOrluneMobileParaExt{};
+    update.Tables().gRealMapTable[41] = AudioOrluneMobilePara{};
+    update.Tables().gRealMapTableExt[42] = AudioOrluneMobileParaExt{};
 }
 
 class Reader {

@@ -9,10 +9,11 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     if (!fuzz_root::WriteConfigFile("kiv_config_vmap.xml", data, size)) {
         return 0;
     }
+    ConfigUpdate update;
     ResetConfigurationTables();
     // Some extended records for the map to reach, so that the pointer set-up has work to do.
     for (int32_t id = 0; id <= 64; id += 2) {
-        Orlune::gRealMapTableExt[id] = AudioOrluneMobileParaExt{};
+        update.Tables().gRealMapTableExt[id] = AudioOrluneMobileParaExt{};
     }
     Orlune::KivReadConfigTableFromXML(false);
     Orlune::KivInitConfigPointer();

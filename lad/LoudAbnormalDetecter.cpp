@@ -51,6 +51,7 @@ LoudAbnormalDetecter::LoudAbnormalDetecter() {
 LoudAbnormalDetecter::~LoudAbnormalDetecter() {
     if (mVendorLadLibHandle != nullptr) {
         // The detector object's code lives in the library: drop it while it is still mapped.
+        mReady.store(nullptr);
         mLad.clear();
         dlclose(mVendorLadLibHandle);
         mVendorLadLibHandle = nullptr;
@@ -93,6 +94,8 @@ void LoudAbnormalDetecter::LoadLadProc(int type) {
     LAD_LOGD("%s load lib success, mVendorLadLibHandle=%p", "LoadLadProc", mVendorLadLibHandle);
 }
 
+// Runs once, from LoadLadProc: the detector is handed to the forwarding calls only after its
+// initialisation, and is never replaced while they may use it.
 void LoudAbnormalDetecter::LadInit(int type) {
     if (mGetLadInstance == nullptr) {
         return;  // no library loaded
@@ -100,6 +103,7 @@ void LoudAbnormalDetecter::LadInit(int type) {
     mLad = mGetLadInstance();
     if (mLad != nullptr) {
         mLad->Init(type);
+        mReady.store(mLad.get(), std::memory_order_release);
     }
 }
 
@@ -114,50 +118,56 @@ int LoudAbnormalDetecter::LadDeinit() {
 
 int LoudAbnormalDetecter::SetInputBuffer(sp<LadReportInfo> info, const void* buffer, int frames,
                                          int sampleRate, audio_format_t format, int channels) {
-    if (mLad == nullptr) {
+    LoudDetector* lad = mReady.load(std::memory_order_acquire);
+    if (lad == nullptr) {
         return 0;
     }
-    return mLad->SetInputBuffer(info, buffer, frames, sampleRate, format, channels);
+    return lad->SetInputBuffer(info, buffer, frames, sampleRate, format, channels);
 }
 
 int LoudAbnormalDetecter::SetOutputBuffer(sp<LadReportInfo> info, const void* buffer, int frames,
                                           int sampleRate, audio_format_t format, int channels) {
-    if (mLad == nullptr) {
+    LoudDetector* lad = mReady.load(std::memory_order_acquire);
+    if (lad == nullptr) {
         return 0;
     }
-    return mLad->SetOutputBuffer(info, buffer, frames, sampleRate, format, channels);
+    return lad->SetOutputBuffer(info, buffer, frames, sampleRate, format, channels);
 }
 
 int LoudAbnormalDetecter::CheckBuffer(sp<LadReportInfo> first, sp<LadReportInfo> second) {
-    if (mLad == nullptr) {
+    LoudDetector* lad = mReady.load(std::memory_order_acquire);
+    if (lad == nullptr) {
         return 0;
     }
-    return mLad->CheckBuffer(first, second);
+    return lad->CheckBuffer(first, second);
 }
 
 int LoudAbnormalDetecter::UpdateProcTime(sp<LadReportInfo> first, sp<LadReportInfo> second) {
-    if (mLad == nullptr) {
+    LoudDetector* lad = mReady.load(std::memory_order_acquire);
+    if (lad == nullptr) {
         return 0;
     }
-    return mLad->UpdateProcTime(first, second);
+    return lad->UpdateProcTime(first, second);
 }
 
 int LoudAbnormalDetecter::SetStartStream(sp<LadReportInfo> first, sp<LadReportInfo> second) {
-    if (mLad == nullptr) {
+    LoudDetector* lad = mReady.load(std::memory_order_acquire);
+    if (lad == nullptr) {
         return 0;
     }
     sp<LadReportInfo> firstCopy = first;
     sp<LadReportInfo> secondCopy = second;
-    return mLad->StartStream(firstCopy, secondCopy);
+    return lad->StartStream(firstCopy, secondCopy);
 }
 
 int LoudAbnormalDetecter::SetStopStream(sp<LadReportInfo> first, sp<LadReportInfo> second) {
-    if (mLad == nullptr) {
+    LoudDetector* lad = mReady.load(std::memory_order_acquire);
+    if (lad == nullptr) {
         return 0;
     }
     sp<LadReportInfo> firstCopy = first;
     sp<LadReportInfo> secondCopy = second;
-    return mLad->StopStream(firstCopy, secondCopy);
+    return lad->StopStream(firstCopy, secondCopy);
 }
 
 void LoudAbnormalDetecter::LadInfoInit(sp<LadReportInfo> info) {

@@ -1,9 +1,13 @@
 // Bridge to the closed loud-output detection library: loads it on demand and forwards the
 // effect's buffers, stream start and stop and per-stream facts to its detector object. Every
-// forwarding call does nothing while no detector is loaded.
+// forwarding call does nothing while no detector is loaded. The effect makes every call but
+// LoadLadProc with its instance lock held, so the writes into the report records (volume
+// index, application name) fall between blocks and never meet the detector reading them.
 #pragma once
 
 #include <pthread.h>
+
+#include <atomic>
 #include <system/audio.h>
 #include <utils/RefBase.h>
 #include <utils/String8.h>
@@ -38,6 +42,9 @@ public:
     DeleteLadInstanceFn mDeleteLadInstance = nullptr;
     pthread_mutex_t mLock;
     sp<LoudDetector> mLad;
+    // mLad's object once it is initialised. The forwarding calls read it without the lock:
+    // loading may happen on the control thread while the effect's audio thread runs.
+    std::atomic<LoudDetector*> mReady{nullptr};
     void* mVendorLadLibHandle = nullptr;
     bool mLoaded = false;
 };

@@ -34,11 +34,12 @@ bool SetModeInRange(Orlune& o, unsigned short mode, int first, int kind) {
 }  // namespace
 
 void Orlune::SetNsForHeadsetOrA2dp(int channels) {
+    TablesPin tables(*this);  // the block's set when a block runs
     if (ringReinitPending == 1) {
         InitKiv(true);
         ringReinitPending = 0;
     }
-    if (gUiType != 0) {
+    if (Tables().gUiType != 0) {
         SetHPSceneModeAndType(channels);
     } else {
         SetHP3DModeAndType(channels);
@@ -192,7 +193,7 @@ int Orlune::FindParamForHP() {
     RealParamIdStru ids = {};
     const AudioOrluneMobilePara* para = nullptr;
     const AudioOrluneMobileParaExt* ext = nullptr;
-    switch (ResolveVirtualId(mode + kHpModeKeyBase, &ids, &para, &ext)) {
+    switch (ResolveVirtualId(Tables(), mode + kHpModeKeyBase, &ids, &para, &ext)) {
         case Resolve::NoVirtualId:
             ORLUNE_LOGD("%s %d: HP do not find currentParamID currentParamMode: %d ",
                         "FindParamForHP", 2146, mode);
@@ -208,7 +209,7 @@ int Orlune::FindParamForHP() {
     }
     mCurPara = *para;
     mCurParaExt = *ext;
-    if (static_cast<int16_t>(mode) != static_cast<int16_t>(lastHpParamMode)) {
+    if (static_cast<int16_t>(mode) != static_cast<int16_t>(lastHpParamMode.load())) {
         lastHpParamMode = mode;
         ORLUNE_LOGI(
                 "%s %d: HP NvMode is currentParamMode: %d %s_%s_%s currentRealParamID: %d "

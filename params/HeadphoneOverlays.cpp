@@ -20,7 +20,7 @@ void LowByteWrite(int16_t& word, int16_t value) {
 void Orlune::KivSetHPType(AudioOrluneMobilePara& para, AudioOrluneMobileParaExt& ext, short type) {
     // Types above the table use row 3; so do negative ones, which have no row at all.
     const int row = (type >= 0 && type < kHpTypeRows) ? type : kFallbackHpType;
-    const int16_t* w = &gParameterHpType[row * kHpTypeRowWords];
+    const int16_t* w = &Tables().gParameterHpType[row * kHpTypeRowWords];
     int16_t* m = para.words;
 
     LowByteWrite(m[117], w[0]);
@@ -46,10 +46,11 @@ void Orlune::SetCustomEQ(AudioOrluneMobilePara& para, AudioOrluneMobileParaExt& 
     for (int i = 0; i < 2; ++i) {
         para.words[i] = static_cast<int16_t>((params::Bits(para.words[i]) & ~0x0004u) | 0x0080u);
     }
-    const bool limit = eqPreset == kCustomEqPreset && gEqLimitValue != 0;
+    const int32_t eqLimit = gEqLimitValue;  // process-wide: read once for the whole record
+    const bool limit = eqPreset == kCustomEqPreset && eqLimit != 0;
     for (int i = 0; i < kEqBandsInMainRecord; ++i) {
-        if (limit && HP_EQ[i] > gEqLimitValue) {
-            HP_EQ[i] = static_cast<int16_t>(gEqLimitValue);
+        if (limit && HP_EQ[i] > eqLimit) {
+            HP_EQ[i] = static_cast<int16_t>(eqLimit);
         }
         params::SetHighByte(para.words[145 + i], HP_EQ[i]);
         params::SetHighByte(para.words[157 + i], HP_EQ[i]);

@@ -37,13 +37,13 @@ inline int32_t WrapSum(int64_t a, int64_t b, int64_t c, int64_t d) {
                                   static_cast<uint64_t>(c) + static_cast<uint64_t>(d)));
 }
 
-// Hands the current parameter block to the algorithm under the instance mutex. Returns the
-// algorithm's status (0 when no algorithm is bound: there is nobody to hand it to).
+// Hands the current parameter block to the algorithm; the caller (the block) holds the
+// instance lock. Returns the algorithm's status (0 when no algorithm is bound: there is
+// nobody to hand it to).
 inline int32_t CallSetPara(Orlune& o) {
     if (o.mAlgoSetPara == nullptr) {
         return 0;
     }
-    AlgoLock lock(o.mMutex);
     return o.mAlgoSetPara(reinterpret_cast<void**>(o.mAlgoMemTable), o.mAlgoParamArea, &o.mCurPara,
                           &o.mCurParaExt);
 }

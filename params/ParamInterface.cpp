@@ -1,6 +1,7 @@
 // Integer parameters from the host. Setting a parameter only records it in the instance (or in
 // a process-wide flag); the next processing block turns the recorded state into tuning. Only
-// ids 1 (region), 33 (reload) and 100 (dump) act at once.
+// ids 1 (region), 33 (reload) and 100 (dump) act at once. A setter changes the instance under
+// the instance lock, so the change lands between two blocks.
 #include "effect/LogTags.h"
 #include "effect/orlune.h"
 
@@ -36,6 +37,10 @@ Route RouteOf(int key) {
     return key == 100 ? Route::Dump : Route::Invalid;
 }
 
+// How long a reload waits for blocks still reading the tables it replaced; what is left is
+// freed by a later publication or instance deletion.
+constexpr int kFreeWaitMs = 50;
+
 }  // namespace
 
 void Orlune::KivParamsSetInt(int key, int value) {
@@ -43,7 +48,18 @@ void Orlune::KivParamsSetInt(int key, int value) {
         return;
     }
     ORLUNE_LOGI("%s: Param %d is set to %d", "KivParamsSetInt", key, value);
-    switch (RouteOf(key)) {
+    const Route route = RouteOf(key);
+    // These read files or re-run set-up and take the locks they need themselves.
+    if (route == Route::Dump) {
+        SetAudioDump(value);
+        return;
+    }
+    if (key == 1 || key == 33) {
+        SetKivOtherParam(key, value);
+        return;
+    }
+    InstanceLock lock(*this);
+    switch (route) {
         case Route::Other:
             SetKivOtherParam(key, value);
             break;
@@ -59,7 +75,6 @@ void Orlune::KivParamsSetInt(int key, int value) {
         case Route::Ignore:
             break;
         case Route::Dump:
-            SetAudioDump(value);
             break;
         case Route::Invalid:
             ORLUNE_LOGW("%s %d: Invalid param %d %d", "KivParamsSetInt", 1586, key, value);
@@ -67,18 +82,14 @@ void Orlune::KivParamsSetInt(int key, int value) {
     }
 }
 
+// Ids 1 and 33 are called without the instance lock, every other id with it.
 void Orlune::SetKivOtherParam(int key, int value) {
     switch (key) {
         case 0:
             stereoWidenEnable = value;
             break;
         case 1:
-            // The region switch only goes one way; set-up is re-run through the instance's own
-            // virtual slot so that the region files are used if nothing was loaded yet.
-            if (value == 1 && !gMusicRegionEnable) {
-                gMusicRegionEnable = true;
-                KivOutProcPlayInit();
-            }
+            SwitchRegion(value);
             break;
         case 2:
         case 3:
@@ -140,21 +151,21 @@ void Orlune::SetKivOtherParam(int key, int value) {
             break;
         case 40:
             gIsLoudRingVolumeMode = (value == 1);
-            ORLUNE_LOGI("gIsLoudRingVolumeMode:%d", gIsLoudRingVolumeMode);
+            ORLUNE_LOGI("gIsLoudRingVolumeMode:%d", value == 1);
             break;
         case 41:
             gIsLoudMusicVolumeMode = (value == 1);
-            ORLUNE_LOGI("gIsLoudMusicVolumeMode:%d", gIsLoudMusicVolumeMode);
+            ORLUNE_LOGI("gIsLoudMusicVolumeMode:%d", value == 1);
             break;
         case 42:
             gIsLoudAlarmVolumeMode = (value == 1);
-            ORLUNE_LOGI("gIsLoudAlarmVolumeMode:%d", gIsLoudAlarmVolumeMode);
+            ORLUNE_LOGI("gIsLoudAlarmVolumeMode:%d", value == 1);
             break;
         case 43:
             if (value != ringVolumeIndex) {
                 ringVolumeIndex = value;
                 gIsAlarmMode = false;
-                ORLUNE_LOGI("ringVolumeIndex = %d, gIsAlarmMode:%d", ringVolumeIndex, gIsAlarmMode);
+                ORLUNE_LOGI("ringVolumeIndex = %d, gIsAlarmMode:%d", ringVolumeIndex, 0);
             }
             break;
         case 44:
@@ -167,8 +178,7 @@ void Orlune::SetKivOtherParam(int key, int value) {
             if (value != alarmVolumeIndex) {
                 alarmVolumeIndex = value;
                 gIsAlarmMode = true;
-                ORLUNE_LOGI("alarmVolumeIndex = %d, gIsAlarmMode:%d", alarmVolumeIndex,
-                            gIsAlarmMode);
+                ORLUNE_LOGI("alarmVolumeIndex = %d, gIsAlarmMode:%d", alarmVolumeIndex, 1);
             }
             break;
         case 46:
@@ -205,6 +215,7 @@ void Orlune::SetKivOtherParam(int key, int value) {
 }
 
 void Orlune::SetKivAPKParam(int key, int value) {
+    TablesPin tables(*this);  // the UI type
     switch (key) {
         case 15:
             HP_TYPE = static_cast<int16_t>(value);
@@ -216,7 +227,7 @@ void Orlune::SetKivAPKParam(int key, int value) {
             HP_3D_MODE = static_cast<int16_t>(value);
             break;
         case 30:
-            if (gUiType == 0) {
+            if (Tables().gUiType == 0) {
                 HP_MODE = static_cast<int16_t>(value);
             }
             break;
@@ -227,7 +238,7 @@ void Orlune::SetKivAPKParam(int key, int value) {
             gVoiceEnhanceEnable = value;
             break;
         case 53:
-            if (gUiType == 1) {
+            if (Tables().gUiType == 1) {
                 HP_MODE = static_cast<int16_t>(value);
             }
             break;
@@ -266,16 +277,36 @@ void Orlune::SetKivDeviceParam(int key, int value) {
     }
 }
 
+// The region switch only goes one way; set-up is re-run through the instance's own virtual
+// slot so that the region files are used if nothing was loaded yet.
+void Orlune::SwitchRegion(int value) {
+    bool expected = false;
+    if (value == 1 && gMusicRegionEnable.compare_exchange_strong(expected, true)) {
+        KivOutProcPlayInit();
+    }
+}
+
 // The tuning tool on a PC pushed new XML files: drop every map (the key-0 placeholders too)
-// and read both files again. The binary tables stay as loaded.
+// and read both files again. The binary tables stay as loaded. The new tables are built beside
+// the published ones and reach this instance's blocks together with its new threshold rows;
+// other instances pick them up at their next block.
 void Orlune::ReloadConfiguration() {
-    gHpMapTable.clear();
-    gRealMapTable.clear();
-    gRealMapTableExt.clear();
-    gVituralMapTable.clear();
-    ORLUNE_LOGI("kiv config is updated by pc tool");
-    KivReadConfigFromXML(gMusicRegionEnable);
-    KivReadConfigTableFromXML(gMusicRegionEnable);
-    ParseVolumeThr();
-    KivInitConfigPointer();
+    {
+        ConfigUpdate update;
+        ParamTableSet& next = update.Tables();
+        next.gHpMapTable.clear();
+        next.gRealMapTable.clear();
+        next.gRealMapTableExt.clear();
+        next.gVituralMapTable.clear();
+        ORLUNE_LOGI("kiv config is updated by pc tool");
+        KivReadConfigFromXML(gMusicRegionEnable);
+        KivReadConfigTableFromXML(gMusicRegionEnable);
+        const VolumeThrRows thresholds = ComputeVolumeThr();
+        KivInitConfigPointer();
+        InstanceLock lock(*this);
+        ApplyVolumeThr(thresholds);
+        update.Publish();
+    }
+    // Blocks that started with the old tables end within a block's time.
+    FreeReplacedTables(kFreeWaitMs);
 }

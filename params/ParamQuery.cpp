@@ -29,19 +29,25 @@ android::String8 Orlune::KivParamsGet(const android::String8& keys) {
     const char* request = keys.c_str();
     if (strcmp(request, "EFFECT_ENABLE_STATE") == 0) {
         bool off;
-        if (gUiType != 0) {
-            off = hpModeIndex == HP_3D_OFF || hpModeIndex == HP_GAME;
-        } else {
-            off = HP_MODE == 2 || (HP_MODE == 0 && HP_SMART_MODE == 1);
+        {
+            InstanceLock lock(*this);
+            TablesPin tables(*this);
+            if (Tables().gUiType != 0) {
+                off = hpModeIndex == HP_3D_OFF || hpModeIndex == HP_GAME;
+            } else {
+                off = HP_MODE == 2 || (HP_MODE == 0 && HP_SMART_MODE == 1);
+            }
         }
         return android::String8(off ? "0" : "1");
     }
     if (strcmp(request, "CHANNEL_SWAPPED") == 0) {
-        if (channelSwapped != 0) {
+        bool swapped;
+        {
+            InstanceLock lock(*this);
+            swapped = channelSwapped != 0;
             channelSwapped = 0;
-            return android::String8("CHANNEL_SWAPPED=true");
         }
-        return android::String8("CHANNEL_SWAPPED=false");
+        return android::String8(swapped ? "CHANNEL_SWAPPED=true" : "CHANNEL_SWAPPED=false");
     }
     if (strcmp(request, "FULL_SCENE_LVM_Enable_MUSIC") == 0) {
         return android::String8(LoudModeReply(gIsLoudMusicVolumeMode,
@@ -56,23 +62,39 @@ android::String8 Orlune::KivParamsGet(const android::String8& keys) {
                                               "alarm get param gIsLoudAlarmVolumeMode is true"));
     }
 
+    // The reply is built from one consistent copy of the fields, taken between two blocks.
+    struct Fields {
+        int32_t stereoWidenEnable;
+        int16_t type, spkMode, mode3d, eq[11], pregain, mode, smartMode;
+    } f;
+    {
+        InstanceLock lock(*this);
+        f.stereoWidenEnable = stereoWidenEnable;
+        f.type = HP_TYPE;
+        f.spkMode = SPK_MODE;
+        f.mode3d = HP_3D_MODE;
+        memcpy(f.eq, HP_EQ, sizeof(f.eq));
+        f.pregain = HP_PREGAIN;
+        f.mode = HP_MODE;
+        f.smartMode = HP_SMART_MODE;
+    }
     android::AudioParameter param(keys);
     android::AudioParameter reply;
     android::String8 unused;
     if (param.get(android::String8("HIFIPARA"), unused) == android::NO_ERROR) {
         reply.add(android::String8("HIFIPARA"),
-                  android::String8(stereoWidenEnable == 1 ? "STEREOWIDEN_Enable=true"
-                                                          : "STEREOWIDEN_Enable=false"));
+                  android::String8(f.stereoWidenEnable == 1 ? "STEREOWIDEN_Enable=true"
+                                                            : "STEREOWIDEN_Enable=false"));
     }
-    KivParamsGetCharactor(param, reply, "HP_TYPE", &HP_TYPE);
-    KivParamsGetCharactor(param, reply, "SPK_MODE", &SPK_MODE);
-    KivParamsGetCharactor(param, reply, "HP_3D_MODE", &HP_3D_MODE);
+    KivParamsGetCharactor(param, reply, "HP_TYPE", &f.type);
+    KivParamsGetCharactor(param, reply, "SPK_MODE", &f.spkMode);
+    KivParamsGetCharactor(param, reply, "HP_3D_MODE", &f.mode3d);
     for (int band = 0; band < 11; ++band) {
-        KivParamsGetCharactor(param, reply, EqKey(band), &HP_EQ[band]);
+        KivParamsGetCharactor(param, reply, EqKey(band), &f.eq[band]);
     }
-    KivParamsGetCharactor(param, reply, "HP_PREGAIN", &HP_PREGAIN);
-    KivParamsGetCharactor(param, reply, "HP_MODE", &HP_MODE);
-    KivParamsGetCharactor(param, reply, "HP_SMART_MODE", &HP_SMART_MODE);
+    KivParamsGetCharactor(param, reply, "HP_PREGAIN", &f.pregain);
+    KivParamsGetCharactor(param, reply, "HP_MODE", &f.mode);
+    KivParamsGetCharactor(param, reply, "HP_SMART_MODE", &f.smartMode);
     return reply.toString();
 }
 

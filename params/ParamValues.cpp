@@ -23,12 +23,14 @@ void Orlune::KivParamsSetFloat(int key, float value) {
     if (initialised == 0) {
         return;
     }
+    InstanceLock lock(*this);
     if (key == 11) {
         StoreIfChanged(volumeDb, value, "volumeDb = %f");
         return;
     }
-    // The three stream volumes belong to the loud-detection report records; without the first
-    // record there is nothing to compare with and nothing to hand them to.
+    // The three stream volumes belong to the loud-detection report records of the current
+    // set-up; without the first record there is nothing to compare with and nothing to hand
+    // them to.
     if (mLadInfoIn == nullptr) {
         return;
     }
@@ -52,8 +54,10 @@ void Orlune::KivParamsSetString(int key, const std::string& value) {
         return;
     }
     if (key == 54) {
-        auto it = gHpMapTable.find(value);
-        if (it == gHpMapTable.end()) {
+        InstanceLock lock(*this);
+        TablesPin tables(*this);
+        auto it = Tables().gHpMapTable.find(value);
+        if (it == Tables().gHpMapTable.end()) {
             ORLUNE_LOGW("SetString unknown headset name: %s, HP_TYPE stays %hd", value.c_str(),
                         HP_TYPE);
             return;
@@ -72,6 +76,8 @@ void Orlune::KivParamsSetString(int key, const std::string& value) {
         }
         if (count > 0) {
             const android::String8& playing = apps[count];
+            // The detector reads the records during a block: the name lands between two.
+            InstanceLock lock(*this);
             mLad.SetLadPlayAppName(mLadInfoIn, playing);
             mLad.SetLadPlayAppName(mLadInfoOut, playing);
         }

@@ -18,6 +18,7 @@ void Orlune::KivParamsSetNS(int channels) {
 }
 
 void Orlune::SetNsForSpeaker(int channels) {
+    TablesPin tables(*this);  // the block's set when a block runs
     SetSpkParam();
     params::SetHighByte(mCurParaExt.words[kExtWordChannels], channels);
     mCurParaExt.words[kExtWordVolume] = static_cast<int16_t>(VolumeDbToInt(volumeDb));
@@ -59,7 +60,7 @@ void Orlune::SetSpkParam() {
     RealParamIdStru ids = {};
     const AudioOrluneMobilePara* para = nullptr;
     const AudioOrluneMobileParaExt* ext = nullptr;
-    switch (ResolveVirtualId(virtualId, &ids, &para, &ext)) {
+    switch (ResolveVirtualId(Tables(), virtualId, &ids, &para, &ext)) {
         case Resolve::NoVirtualId:
             ORLUNE_LOGD("%s %d: SPK do not find currentParamID currentParamMode: %d ",
                         "SetSpkParam", 2263, virtualId);
@@ -76,7 +77,8 @@ void Orlune::SetSpkParam() {
     mCurPara = *para;
     mCurParaExt = *ext;
 
-    if (static_cast<int16_t>(virtualId) == static_cast<int16_t>(lastSpkParamMode)) {
+    // Process-wide, like the device's: with two streams on different modes both log.
+    if (static_cast<int16_t>(virtualId) == static_cast<int16_t>(lastSpkParamMode.load())) {
         return;
     }
     lastSpkParamMode = virtualId;

@@ -1,5 +1,7 @@
 // Volume levels: per-scene threshold rows built from the configured raw words, and the rule
 // that turns a stream volume index into one of seven levels.
+#include <string.h>
+
 #include "effect/LogTags.h"
 #include "effect/orlune.h"
 
@@ -20,20 +22,11 @@ int LevelFromRow(const int16_t (&row)[kThresholdsPerScene], short index) {
     return VOL_LOUD;
 }
 
-}  // namespace
-
-void Orlune::ParseVolumeThr() {
-    for (int scene = 0; scene < SCENE_COUNT; ++scene) {
-        VolumeThrToIndex(static_cast<PARAM_INDEX_ZELO_SCENE>(scene),
-                         reinterpret_cast<unsigned short*>(&gVolumeThrRaw[kRowStart[scene]]),
-                         kThresholdsPerScene);
-    }
-    volumeThrSwitch = gVolumeThrRaw[0] != 0;
-}
-
-// A negative raw word becomes threshold 0 and is itself overwritten with -32768, so it stays
-// negative: every row that copies it again logs it again with its own scene.
-void Orlune::VolumeThrToIndex(PARAM_INDEX_ZELO_SCENE scene, unsigned short* raw, int count) {
+// Copies `count` raw words into `row`. A negative raw word becomes threshold 0 and is itself
+// overwritten with -32768, so it stays negative: every row that copies it again logs it again
+// with its own scene.
+void RowFromRaw(PARAM_INDEX_ZELO_SCENE scene, unsigned short* raw, int count,
+                int16_t (&row)[kThresholdsPerScene]) {
     if (count < 1 || raw == nullptr || scene < 0 || scene >= SCENE_COUNT) {
         return;
     }
@@ -42,11 +35,41 @@ void Orlune::VolumeThrToIndex(PARAM_INDEX_ZELO_SCENE scene, unsigned short* raw,
         const int16_t value = static_cast<int16_t>(raw[i]);
         if (value < 0) {
             ORLUNE_LOGE(" %d KivReadConfig volumeThrFixed error", static_cast<int>(scene));
-            volumeThresholds[scene][i] = 0;
+            row[i] = 0;
             raw[i] = 0x8000;
         } else {
-            volumeThresholds[scene][i] = value;
+            row[i] = value;
         }
+    }
+}
+
+}  // namespace
+
+void Orlune::ParseVolumeThr() {
+    ApplyVolumeThr(ComputeVolumeThr());
+}
+
+// The raw words are process-wide and rewritten by loads: they are read under the load lock.
+Orlune::VolumeThrRows Orlune::ComputeVolumeThr() {
+    std::lock_guard<std::recursive_mutex> lock(ConfigLoadLock());
+    VolumeThrRows rows = {};
+    for (int scene = 0; scene < SCENE_COUNT; ++scene) {
+        RowFromRaw(static_cast<PARAM_INDEX_ZELO_SCENE>(scene),
+                   reinterpret_cast<unsigned short*>(&gVolumeThrRaw[kRowStart[scene]]),
+                   kThresholdsPerScene, rows.rows[scene]);
+    }
+    rows.thresholdSwitch = gVolumeThrRaw[0] != 0;
+    return rows;
+}
+
+void Orlune::ApplyVolumeThr(const VolumeThrRows& rows) {
+    memcpy(volumeThresholds, rows.rows, sizeof(volumeThresholds));
+    volumeThrSwitch = rows.thresholdSwitch;
+}
+
+void Orlune::VolumeThrToIndex(PARAM_INDEX_ZELO_SCENE scene, unsigned short* raw, int count) {
+    if (scene >= 0 && scene < SCENE_COUNT) {
+        RowFromRaw(scene, raw, count, volumeThresholds[scene]);
     }
 }
 

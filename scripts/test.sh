@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Builds everything and runs the tests. `--sanitize` does the same in build-asan with
-# AddressSanitizer and UndefinedBehaviorSanitizer; `--arm64` cross-builds for arm64 in build-arm64
+# AddressSanitizer and UndefinedBehaviorSanitizer, `--tsan` in build-tsan with ThreadSanitizer
+# (any report fails the test that caused it); `--arm64` cross-builds for arm64 in build-arm64
 # and runs the tests under qemu-aarch64 (scripts/test-arm64.sh).
 set -euo pipefail
 cd "$(dirname "$0")/.."
@@ -18,6 +19,11 @@ if [[ "${1:-}" == "--sanitize" ]]; then
     export UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1
     # GCC's sanitizer runtime intercepts dlopen, which then no longer searches the calling
     # library's RUNPATH: name the Android libraries' directory explicitly.
+    export LD_LIBRARY_PATH=/usr/lib/$(gcc -print-multiarch)/android${LD_LIBRARY_PATH:+:$LD_LIBRARY_PATH}
+elif [[ "${1:-}" == "--tsan" ]]; then
+    build=build-tsan
+    flags=(-DORLUNE_TSAN=ON -DORLUNE_BUILD_BENCH=OFF)
+    export TSAN_OPTIONS="halt_on_error=1 exitcode=66 second_deadlock_stack=1"
     export LD_LIBRARY_PATH=/usr/lib/$(gcc -print-multiarch)/android${LD_LIBRARY_PATH:+:$LD_LIBRARY_PATH}
 fi
 cmake -S . -B "$build" -DCMAKE_BUILD_TYPE=RelWithDebInfo "${flags[@]}" > /dev/null

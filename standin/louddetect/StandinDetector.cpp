@@ -41,6 +41,7 @@ StandinDetector::~StandinDetector() {
 }
 
 int StandinDetector::Init(int type) {
+    std::lock_guard<std::mutex> lock(mLock);
     bool found = false;
     mLimitDbfs = ReadLimitDbfs(type, &found);
     mType = type;
@@ -50,6 +51,7 @@ int StandinDetector::Init(int type) {
 }
 
 int StandinDetector::CheckBuffer(sp<LadReportInfo> first, sp<LadReportInfo> second) {
+    std::lock_guard<std::mutex> lock(mLock);
     if (second == nullptr) {
         return -1;
     }
@@ -66,6 +68,7 @@ int StandinDetector::CheckBuffer(sp<LadReportInfo> first, sp<LadReportInfo> seco
 }
 
 int StandinDetector::UpdateProcTime(sp<LadReportInfo> first, sp<LadReportInfo> second) {
+    std::lock_guard<std::mutex> lock(mLock);
     for (LadReportInfo* info : {first.get(), second.get()}) {
         if (info != nullptr) {
             RecordData data = ReadData(*info);
@@ -77,6 +80,7 @@ int StandinDetector::UpdateProcTime(sp<LadReportInfo> first, sp<LadReportInfo> s
 }
 
 int StandinDetector::StartStream(sp<LadReportInfo> first, sp<LadReportInfo> second) {
+    std::lock_guard<std::mutex> lock(mLock);
     for (LadReportInfo* info : {first.get(), second.get()}) {
         if (info != nullptr) {
             RecordData data = ReadData(*info);
@@ -89,6 +93,7 @@ int StandinDetector::StartStream(sp<LadReportInfo> first, sp<LadReportInfo> seco
 }
 
 int StandinDetector::StopStream(sp<LadReportInfo> first, sp<LadReportInfo> second) {
+    std::lock_guard<std::mutex> lock(mLock);
     for (LadReportInfo* info : {first.get(), second.get()}) {
         if (info != nullptr) {
             RecordData data = ReadData(*info);
@@ -119,6 +124,7 @@ int StandinDetector::Measure(const sp<LadReportInfo>& info, const void* samples,
                             static_cast<unsigned>(format));
         return -1;
     }
+    std::lock_guard<std::mutex> lock(mLock);
     size_t count = static_cast<size_t>(frames) * static_cast<size_t>(channels);
     Levels levels = MeasureInt32(static_cast<const int32_t*>(samples), count);
     info->metricA = levels.peakDbfs;

@@ -3,6 +3,8 @@
 // in) and logs when the output peak exceeds the configured limit.
 #pragma once
 
+#include <mutex>
+
 #include "lad/LoudDetector.h"
 
 namespace lad_standin {
@@ -37,6 +39,9 @@ private:
     int Measure(const android::sp<android::LadReportInfo>& info, const void* samples, int frames,
                 audio_format_t format, int channels, bool output);
 
+    // A host may start and stop the stream on another thread than the one that hands over the
+    // buffers: every operation runs under this lock (records included).
+    std::mutex mLock;
     float mLimitDbfs = 0.0f;
     int mType = -1;
 };

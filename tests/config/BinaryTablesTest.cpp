@@ -120,9 +120,10 @@ const int16_t* Scene(int table, int scene) {
 }
 
 void MapWithRecords(int virtualId, int id, int extId) {
-    Orlune::gVituralMapTable[virtualId] = RealParamIdStru{id, extId};
-    Orlune::gRealMapTable[id] = AudioOrluneMobilePara{};
-    Orlune::gRealMapTableExt[extId] = AudioOrluneMobileParaExt{};
+    ConfigUpdate update;
+    update.Tables().gVituralMapTable[virtualId] = RealParamIdStru{id, extId};
+    update.Tables().gRealMapTable[id] = AudioOrluneMobilePara{};
+    update.Tables().gRealMapTableExt[extId] = AudioOrluneMobileParaExt{};
 }
 
 TEST(ConfigPointers, EachVisitedIdHangsItsSceneAndTheSharedTables) {
@@ -141,7 +142,7 @@ TEST(ConfigPointers, EachVisitedIdHangsItsSceneAndTheSharedTables) {
     Orlune::KivInitConfigPointer();
     for (const auto& [virtualId, extId, scene] : cases) {
         SCOPED_TRACE(virtualId);
-        const AudioOrluneMobileParaExt& ext = Orlune::gRealMapTableExt.at(extId);
+        const AudioOrluneMobileParaExt& ext = PublishedTables().gRealMapTableExt.at(extId);
         const bool visited = scene >= 0;
         EXPECT_EQ(visited ? Scene(0, scene) : nullptr, ext.twsTable1);
         EXPECT_EQ(visited ? Scene(1, scene) : nullptr, ext.twsTable2);
@@ -152,13 +153,17 @@ TEST(ConfigPointers, EachVisitedIdHangsItsSceneAndTheSharedTables) {
         EXPECT_EQ(visited ? Orlune::gAscConfig2 : nullptr, ext.ascTable2);
     }
     // Virtual id 0 reaches the built-in zero record.
-    EXPECT_EQ(Scene(0, 0), Orlune::gRealMapTableExt.at(0).twsTable1);
+    EXPECT_EQ(Scene(0, 0), PublishedTables().gRealMapTableExt.at(0).twsTable1);
 }
 
 TEST(ConfigPointers, EveryVisitedIdIsLoggedOnceInVisitingOrder) {
-    Orlune::gVituralMapTable.clear();
-    Orlune::gVituralMapTable[41000] = RealParamIdStru{41, 42};  // no extended record 42
-    Orlune::gVituralMapTable[4000] = RealParamIdStru{41, 42};
+    {
+        ConfigUpdate update;
+        std::map<int32_t, RealParamIdStru>& map = update.Tables().gVituralMapTable;
+        map.clear();
+        map[41000] = RealParamIdStru{41, 42};  // no extended record 42
+        map[4000] = RealParamIdStru{41, 42};
+    }
     LogCapture log;
     Orlune::KivInitConfigPointer();
     std::vector<LogLine> lines = log.Lines();
@@ -187,7 +192,10 @@ TEST(Resolution, KeyZeroAnswersUntilTheFirstInstancePrunesIt) {
     using R = Orlune::Resolve;
     auto resolve = [](int id) { return Orlune::ResolveVirtualId(id, nullptr, nullptr, nullptr); };
     MapWithRecords(5, 7, 8);
-    Orlune::gVituralMapTable[6] = RealParamIdStru{7, 10};
+    {
+        ConfigUpdate update;
+        update.Tables().gVituralMapTable[6] = RealParamIdStru{7, 10};  // no extended record 10
+    }
     EXPECT_EQ(R::Found, resolve(0));
     EXPECT_EQ(R::NoVirtualId, resolve(1));
     EXPECT_EQ(R::NoRealRecord, resolve(6));
@@ -196,8 +204,8 @@ TEST(Resolution, KeyZeroAnswersUntilTheFirstInstancePrunesIt) {
     const AudioOrluneMobileParaExt* ext = nullptr;
     EXPECT_EQ(R::Found, Orlune::ResolveVirtualId(5, &ids, &para, &ext));
     EXPECT_EQ(8, ids.EXTID);
-    EXPECT_EQ(&Orlune::gRealMapTable.at(7), para);
-    EXPECT_EQ(&Orlune::gRealMapTableExt.at(8), ext);
+    EXPECT_EQ(&PublishedTables().gRealMapTable.at(7), para);
+    EXPECT_EQ(&PublishedTables().gRealMapTableExt.at(8), ext);
     auto first = std::make_unique<Orlune>();
     EXPECT_EQ(R::NoVirtualId, resolve(0));
     EXPECT_EQ(R::Found, resolve(5));

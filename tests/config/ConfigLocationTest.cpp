@@ -36,8 +36,14 @@ std::string MainWithMarker(int marker) {
 }
 
 int LoadedMarker() {
-    auto it = Orlune::gRealMapTable.find(41);
-    return it == Orlune::gRealMapTable.end() ? -1 : it->second.words[0];
+    const std::map<int32_t, AudioOrluneMobilePara>& records = PublishedTables().gRealMapTable;
+    auto it = records.find(41);
+    return it == records.end() ? -1 : it->second.words[0];
+}
+
+void ForgetRecord41() {
+    ConfigUpdate update;
+    update.Tables().gRealMapTable.erase(41);
 }
 
 TEST(ProductName, BothNodesAreReadInOrderAndTheNameSelectsTheFile) {
@@ -163,7 +169,7 @@ TEST(OtaChoice, DownloadedFileNeedsAStrictlyNewerVersionAndALocalOne) {
         } else if (ota == 1) {
             root.SetOtaDirOnly();
         }
-        Orlune::gRealMapTable.erase(41);
+        ForgetRecord41();
         LogCapture log;
         Orlune::KivReadConfigFromXML(false);
         EXPECT_EQ(marker, LoadedMarker());
@@ -183,13 +189,13 @@ TEST(RegionFiles, BothReadersReadTheRegionFileOnlyWhenEnabled) {
     root.WriteKiv("kiv_config_eu.xml", XmlDocument({NvRecord(41, {3}), NvMap(8000, 41, 42)}));
     Orlune::KivReadConfigFromXML(false);
     EXPECT_EQ(1, LoadedMarker());
-    Orlune::gRealMapTable.erase(41);
+    ForgetRecord41();
     LogCapture log;
     Orlune::KivReadConfigFromXML(true);
     Orlune::KivReadConfigTableFromXML(true);
     EXPECT_EQ(3, LoadedMarker());
-    EXPECT_EQ(1u, Orlune::gVituralMapTable.count(8000));
-    EXPECT_EQ(0u, Orlune::gVituralMapTable.count(7000));
+    EXPECT_EQ(1u, PublishedTables().gVituralMapTable.count(8000));
+    EXPECT_EQ(0u, PublishedTables().gVituralMapTable.count(7000));
     EXPECT_TRUE(log.Has("Read orlune config file /odm/etc/kiv/kiv_config_eu.xml"));
     EXPECT_TRUE(log.Has("Read orlune config vmap file /odm/etc/kiv/kiv_config_eu.xml"));
 }

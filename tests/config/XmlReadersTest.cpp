@@ -73,12 +73,17 @@ void ExpectElementLogs(StartHandler handler, const std::vector<ElementCase>& cas
     }
 }
 
+// Each element is published on its own: read the tables as they are now.
+const ParamTableSet& Tables() {
+    return PublishedTables();
+}
+
 const AudioOrluneMobilePara& Main(int32_t id) {
-    return Orlune::gRealMapTable.at(id);
+    return Tables().gRealMapTable.at(id);
 }
 
 const AudioOrluneMobileParaExt& Ext(int32_t id) {
-    return Orlune::gRealMapTableExt.at(id);
+    return Tables().gRealMapTableExt.at(id);
 }
 
 std::vector<std::string> Split(std::string text, const char* delimiters = kXmlDelimiters) {
@@ -121,12 +126,13 @@ TEST(ValueTokens, SplitAtEveryDelimiterAndReadLikeStrtolInBase16) {
 
 TEST(MainXml, FixedTablesFillUpToTheirCapacityAndOnlyAShortListIsLogged) {
     // 30182 first: a spill of 30181 past word 255 would overwrite what it wrote.
-    const std::tuple<const char*, const int16_t*, int> tables[] = {
-            {"30182", Orlune::gParameterHpType + 256, 32},
-            {"30181", Orlune::gParameterHpType, 256},
-            {"30160", Orlune::gVolumeThrRaw, 37}};
+    using Table = const int16_t* (*)();
+    const std::tuple<const char*, Table, int> tables[] = {
+            {"30182", [] { return Tables().gParameterHpType + 256; }, 32},
+            {"30181", [] { return Tables().gParameterHpType + 0; }, 256},
+            {"30160", [] { return static_cast<const int16_t*>(Orlune::gVolumeThrRaw); }, 37}};
     LogCapture log;
-    for (const auto& [id, table, capacity] : tables) {
+    for (const auto& [id, tableOf, capacity] : tables) {
         SCOPED_TRACE(id);
         log.Clear();
         StartMain(id, HexList(capacity, 0x100));
@@ -134,12 +140,12 @@ TEST(MainXml, FixedTablesFillUpToTheirCapacityAndOnlyAShortListIsLogged) {
         log.Clear();
         StartMain(id, HexList(capacity + 3, 0x1000));  // 40 values for 30160: silently 37
         EXPECT_EQ(0u, log.Lines().size()) << log.Dump();
-        EXPECT_EQ(0x1000, table[0]);
-        EXPECT_EQ(0x1000 + capacity - 1, table[capacity - 1]);
-        EXPECT_EQ(0u,
-                  Orlune::gRealMapTable.count(atoi(id)) + Orlune::gRealMapTableExt.count(atoi(id)));
+        EXPECT_EQ(0x1000, tableOf()[0]);
+        EXPECT_EQ(0x1000 + capacity - 1, tableOf()[capacity - 1]);
+        EXPECT_EQ(0u, Tables().gRealMapTable.count(atoi(id)) +
+                              Tables().gRealMapTableExt.count(atoi(id)));
     }
-    EXPECT_EQ(0x1000, Orlune::gParameterHpType[256]);
+    EXPECT_EQ(0x1000, Tables().gParameterHpType[256]);
     // 0x75D0 is 30160; tokens are hexadecimal with any delimiter, kept as their low 16 bits.
     StartMain("0x75D0", "{1A;FF}[0x10]=7\t8\n9\r0x1G,ZZ,0x8000,1FFFF,-1,ffff");
     const int16_t expected[] = {0x1a, 0xff, 0x10, 7, 8, 9, 1, 0, -32768, -1, -1, -1, 0x100c};
@@ -168,7 +174,10 @@ TEST(MainXml, StagingRecordsPatchTheFrontAndExtraValuesAreDropped) {
     // The built-in key 0 blocks an element with ID 0 until the maps are emptied, as by a reload.
     StartMain("0", "1234");
     EXPECT_EQ(0, Ext(0).words[0]);
-    Orlune::gRealMapTableExt.clear();
+    {
+        ConfigUpdate update;
+        update.Tables().gRealMapTableExt.clear();
+    }
     StartMain("0", "1234");
     EXPECT_EQ(0x1234, Ext(0).words[0]);
 }
@@ -197,7 +206,7 @@ TEST(MainXml, LogLinesPerElement) {
               {"ID", "30160", "PARAM_VALUE", "6" + fits},
               {"StartElement() strcpy_s fail", kNoValues}}});
     EXPECT_EQ(0x11, Main(41).words[0]);  // the first element with an id wins
-    EXPECT_EQ(0u, Orlune::gRealMapTable.count(-3) + Orlune::gRealMapTableExt.count(-3));
+    EXPECT_EQ(0u, Tables().gRealMapTable.count(-3) + Tables().gRealMapTableExt.count(-3));
     EXPECT_EQ(0x22, Main(45).words[0]);      // no values: the staging record as 41 left it
     EXPECT_EQ(5, Orlune::gVolumeThrRaw[0]);  // nothing of a value that did not fit
 }
@@ -230,14 +239,14 @@ TEST(VmapXml, FirstEntriesStayTheLastUiTypeWinsAndRejectsAreLogged) {
              {"HPMAP",
               {"NUMID", "4", "NAME", std::string(3000, 'n')},
               {"XmlHpMapParse strcpy_s fail"}}});
-    EXPECT_EQ(41, Orlune::gVituralMapTable.at(41000).ID);
-    EXPECT_EQ(42, Orlune::gVituralMapTable.at(41000).EXTID);
-    EXPECT_EQ(0, Orlune::gVituralMapTable.at(0).ID);  // the built-in key 0 blocks NUMID 0
-    EXPECT_EQ(0u, Orlune::gVituralMapTable.count(41001));
-    EXPECT_EQ(0x1f, Orlune::gUiType);
-    EXPECT_EQ(16, Orlune::gHpMapTable.at("Lumen XE"));
-    EXPECT_EQ(0, Orlune::gHpMapTable.at("DEFALUT"));
-    EXPECT_EQ(0u, Orlune::gHpMapTable.count("DEFAULT") + Orlune::gHpMapTable.count("X"));
+    EXPECT_EQ(41, Tables().gVituralMapTable.at(41000).ID);
+    EXPECT_EQ(42, Tables().gVituralMapTable.at(41000).EXTID);
+    EXPECT_EQ(0, Tables().gVituralMapTable.at(0).ID);  // the built-in key 0 blocks NUMID 0
+    EXPECT_EQ(0u, Tables().gVituralMapTable.count(41001));
+    EXPECT_EQ(0x1f, Tables().gUiType);
+    EXPECT_EQ(16, Tables().gHpMapTable.at("Lumen XE"));
+    EXPECT_EQ(0, Tables().gHpMapTable.at("DEFALUT"));
+    EXPECT_EQ(0u, Tables().gHpMapTable.count("DEFAULT") + Tables().gHpMapTable.count("X"));
 }
 
 TEST(XmlFiles, ElementsBeforeAParseErrorStayAndMissingFilesAreLogged) {
@@ -262,9 +271,9 @@ TEST(XmlFiles, ElementsBeforeAParseErrorStayAndMissingFilesAreLogged) {
     for (int id = 101; id < 121; id += 2) {
         EXPECT_EQ(id, Main(id).words[99]) << id;
     }
-    EXPECT_EQ(42, Orlune::gVituralMapTable.at(5).EXTID);
-    EXPECT_EQ(2, Orlune::gUiType);
-    EXPECT_EQ(3, Orlune::gHpMapTable.at("Lumen XE"));
+    EXPECT_EQ(42, Tables().gVituralMapTable.at(5).EXTID);
+    EXPECT_EQ(2, Tables().gUiType);
+    EXPECT_EQ(3, Tables().gHpMapTable.at("Lumen XE"));
     EXPECT_EQ(1, log.Count("Read orlune config file /odm/etc/kiv/kiv_config.xml", kTag,
                            ANDROID_LOG_INFO));
     EXPECT_EQ(1, log.Count("KivReadConfigFromXML status error", kTag, ANDROID_LOG_ERROR));

@@ -30,12 +30,15 @@ TEST(InstanceTest, FirstConstructionPrunesKeyZeroOnce) {
     auto first = std::make_unique<Orlune>();
     EXPECT_TRUE(Orlune::gMapTableFlag);
     EXPECT_FALSE(Resolves(0));
-    EXPECT_EQ(Orlune::gHpMapTable.count("DEFALUT"), 1u);
+    EXPECT_EQ(PublishedTables().gHpMapTable.count("DEFALUT"), 1u);
 
     // Entries that appear later are the configuration's: a second instance leaves them alone.
-    Orlune::gVituralMapTable[0] = RealParamIdStru{1, 2};
-    Orlune::gRealMapTable[1] = AudioOrluneMobilePara{};
-    Orlune::gRealMapTableExt[2] = AudioOrluneMobileParaExt{};
+    {
+        ConfigUpdate update;
+        update.Tables().gVituralMapTable[0] = RealParamIdStru{1, 2};
+        update.Tables().gRealMapTable[1] = AudioOrluneMobilePara{};
+        update.Tables().gRealMapTableExt[2] = AudioOrluneMobileParaExt{};
+    }
     auto second = std::make_unique<Orlune>();
     EXPECT_TRUE(Resolves(0));
 }

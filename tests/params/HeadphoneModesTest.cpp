@@ -24,8 +24,9 @@ protected:
         }
         // Row r of the type table holds r * 0x100 + 0x10 + i: distinct per row and word, with
         // a high byte that shows whether a write kept or replaced it.
+        ConfigUpdate update;
         for (int i = 0; i < kHpTypeRows * kHpTypeRowWords; ++i) {
-            Orlune::gParameterHpType[i] =
+            update.Tables().gParameterHpType[i] =
                     static_cast<int16_t>(i / kHpTypeRowWords * 0x100 + 0x10 + i % kHpTypeRowWords);
         }
     }
@@ -60,7 +61,7 @@ TEST_F(HeadphoneModesTest, ModeAndKindFromTheSettingsAndTheChannels) {
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(testing::Message() << "row " << &c - cases);
-        Orlune::gUiType = static_cast<int16_t>(c.ui);
+        SetUiType(static_cast<int16_t>(c.ui));
         const int sets[][2] = {{c.ui == 1 ? 53 : 30, c.hpMode},
                                {17, c.mode3d},
                                {31, c.smart},
@@ -110,7 +111,10 @@ TEST_F(HeadphoneModesTest, MissingModesRefusalsAndFailuresAreLogged) {
                     "currentRealParamExtID currentParamMode: 81 ",
                     kTagMobile, ANDROID_LOG_DEBUG));
     EXPECT_EQ(LastKey(), HpKey(HP_3D_LISTEN, DEFAULT_MODE, VOL_TWO));
-    EXPECT_EQ(o->FindParamForHP(), -1);
+    {
+        TablesPin tables(*o);  // as a block holds them
+        EXPECT_EQ(o->FindParamForHP(), -1);
+    }
 
     // An unknown mode value with a 3D mode set changes nothing, not even the level.
     o->KivParamsSetInt(30, 9);
@@ -156,6 +160,7 @@ TEST_F(HeadphoneModesTest, TypeRowLandsOnItsWords) {
         return std::vector<uint16_t>(para.words + first, para.words + first + count);
     };
     using W = std::vector<uint16_t>;
+    TablesPin tables(*o);  // as a block holds them
     o->KivSetHPType(para, ext, 5);
     // w[0] and w[5] are ORed with the old high byte; w[1..4] replace only the low byte.
     EXPECT_EQ(words(116, 4), (W{0xAB00, 0xAF10, 0xAF10, 0xAB00}));

@@ -49,7 +49,8 @@ TEST_F(ParamSetTest, SettersLogWhatTheyDo) {
     unsetenv("ORLUNE_DEVICE_ROOT");
     EXPECT_EQ(Orlune::gVoiceEnhanceEnable, 1);  // 48 reaches no handler
     EXPECT_FALSE(Orlune::gIsAlarmMode);         // the unchanged alarm index did not flip it back
-    EXPECT_TRUE(Orlune::gVituralMapTable.empty() && Orlune::gHpMapTable.empty());
+    EXPECT_TRUE(PublishedTables().gVituralMapTable.empty() &&
+                PublishedTables().gHpMapTable.empty());
     o->SetKivHEQParam(40, 1);
     EXPECT_TRUE(log.Has("invalid HEQ parameter 40", kTagMobile, ANDROID_LOG_WARN));
     log.Clear();
@@ -60,7 +61,7 @@ TEST_F(ParamSetTest, SettersLogWhatTheyDo) {
 // The ids that do take effect are used by the headphone tests.
 TEST_F(ParamSetTest, HeadphoneModeIdsOfTheOtherUiTypeAndEarlySetsAreIgnored) {
     o->KivParamsSetInt(53, 4);
-    Orlune::gUiType = 1;
+    SetUiType(1);
     o->KivParamsSetInt(30, 2);
     o->initialised = 0;
     o->KivParamsSetInt(53, 3);
@@ -69,7 +70,10 @@ TEST_F(ParamSetTest, HeadphoneModeIdsOfTheOtherUiTypeAndEarlySetsAreIgnored) {
 }
 
 TEST_F(ParamSetTest, StringIds) {
-    Orlune::gHpMapTable = {{"DEFALUT", 0}, {"Vardo BX71", 14}};
+    {
+        ConfigUpdate update;
+        update.Tables().gHpMapTable = {{"DEFALUT", 0}, {"Vardo BX71", 14}};
+    }
     o->KivParamsSetString(54, "Vardo BX71");
     o->KivParamsSetString(54, "vardo bx71");  // the match is exact
     EXPECT_EQ(o->HP_TYPE, 14);

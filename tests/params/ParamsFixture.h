@@ -38,22 +38,31 @@ protected:
         }
         // Only the modes a test adds exist, and the older UI type holds. Other process-wide state
         // is not reset: under ctest each test runs in a process of its own.
-        Orlune::gUiType = 0;
-        Orlune::gVituralMapTable.clear();
-        Orlune::gRealMapTable.clear();
-        Orlune::gRealMapTableExt.clear();
+        {
+            ConfigUpdate update;
+            update.Tables().gUiType = 0;
+            update.Tables().gVituralMapTable.clear();
+            update.Tables().gRealMapTable.clear();
+            update.Tables().gRealMapTableExt.clear();
+        }
         log.Clear();
     }
 
     // Maps `virtualId` to the real pair (realId, realId + 1) and adds both records, marked;
     // without `records` the pair is left dangling.
     static void AddMode(int virtualId, int realId, bool records = true) {
-        Orlune::gVituralMapTable[virtualId] = RealParamIdStru{realId, realId + 1};
+        ConfigUpdate update;
+        ParamTableSet& tables = update.Tables();
+        tables.gVituralMapTable[virtualId] = RealParamIdStru{realId, realId + 1};
         if (records) {
-            Orlune::gRealMapTable[realId].words[kMainMarkerWord] = static_cast<int16_t>(realId);
-            Orlune::gRealMapTableExt[realId + 1].words[kExtMarkerWord] =
+            tables.gRealMapTable[realId].words[kMainMarkerWord] = static_cast<int16_t>(realId);
+            tables.gRealMapTableExt[realId + 1].words[kExtMarkerWord] =
                     static_cast<int16_t>(realId + 1);
         }
+    }
+    static void SetUiType(int16_t uiType) {
+        ConfigUpdate update;
+        update.Tables().gUiType = uiType;
     }
     static const SetParaCall& LastCall() {
         static const SetParaCall kNone = {};

@@ -1,5 +1,6 @@
 // PCM dumps: four headerless 32-bit files per enable, numbered by the process-wide count.
 #include <algorithm>
+#include <filesystem>
 #include <fstream>
 #include <iterator>
 
@@ -76,6 +77,50 @@ TEST(PipelineDumpTest, EachTapHoldsWhatPassedItsPointInFilesNumberedByTheEnableC
     for (int tap = 0; tap < 4; ++tap) {
         EXPECT_EQ(Tap(host, tap, 2), none) << kStems[tap];
     }
+    library.Delete(second);
+}
+
+// Dump files of this process that are open now.
+int OpenDumpFiles() {
+    int open = 0;
+    for (const auto& entry : std::filesystem::directory_iterator("/proc/self/fd")) {
+        std::error_code error;
+        const std::string target = std::filesystem::read_symlink(entry.path(), error).string();
+        open += target.find("/data/audio_debug/brisel_") != std::string::npos;
+    }
+    return open;
+}
+
+// Deleting an instance whose dump runs closes its files, complete. It is not a request to stop
+// dumping: the count of enable requests stays, so the next set-up starts a dump, numbered on.
+TEST(PipelineDumpTest, DeletingAnInstanceClosesItsFilesAndLeavesTheCount) {
+    LogCapture log;
+    PipelineHost host({false, 1, 2});
+    host.Root().WriteFile("/data/audio_debug/.keep", "");
+    HostLibrary library;
+    HostOrlune* first = library.Create();
+    ASSERT_NE(first, nullptr);
+    first->KivOutProcPlayInit();
+    first->KivParamsSetInt(100, 1);
+    std::vector<int16_t> block(240 * 2, 1000);
+    for (int i = 0; i < 10; ++i) {
+        first->KivOutProcPlaySamples(block.data(), 240, 2, kS16);
+    }
+    EXPECT_EQ(OpenDumpFiles(), 4);
+    library.Delete(first);
+    EXPECT_EQ(OpenDumpFiles(), 0);
+    EXPECT_EQ(Tap(host, 0, 1).size(), 10u * 240 * 2);  // every block's input, flushed
+    EXPECT_EQ(log.CountContaining("OrluneAudioDump disabled"), 0);
+
+    log.Clear();
+    HostOrlune* second = library.Create();
+    ASSERT_NE(second, nullptr);
+    second->KivOutProcPlayInit();
+    EXPECT_TRUE(log.Has("EnableAudioDump 1717: OrluneAudioDump enabled.")) << log.Dump();
+    EXPECT_EQ(OpenDumpFiles(), 4);
+    second->KivParamsSetInt(100, 0);
+    EXPECT_EQ(OpenDumpFiles(), 0);
+    EXPECT_EQ(Tap(host, 3, 2), std::vector<int32_t>());  // numbered 2, and closed empty
     library.Delete(second);
 }
 

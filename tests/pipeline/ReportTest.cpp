@@ -56,4 +56,30 @@ TEST(PipelineReportTest, StatusLineComesWithTheBlockAfterEvery250) {
     EXPECT_EQ(log.Count(status + "499" + rest), 1) << log.Dump();
 }
 
+// The stream volumes belong to the report records of the current set-up: a set-up that
+// creates new records (here the region switch) starts them again, so the same value is a
+// change once more.
+TEST(PipelineReportTest, StreamVolumesStartAgainWithTheRecordsOfANewSetUp) {
+    LogCapture log;
+    PipelineHost host;
+    const struct {
+        int id;
+        const char* line;
+    } kCases[] = {{57, "masterVolume = 0.500000"},
+                  {58, "typeVolume = 0.500000"},
+                  {59, "clientVolume = 0.500000"}};
+    for (const auto& c : kCases) {
+        host.Effect()->KivParamsSetFloat(c.id, 0.5f);
+        host.Effect()->KivParamsSetFloat(c.id, 0.5f);
+    }
+    host.Effect()->KivParamsSetInt(1, 1);
+    EXPECT_EQ(log.CountContaining("InitKiv, tid:"), 2);  // set-up ran again
+    for (const auto& c : kCases) {
+        host.Effect()->KivParamsSetFloat(c.id, 0.0f);  // what fresh records hold: no change
+        host.Effect()->KivParamsSetFloat(c.id, 0.5f);
+        EXPECT_EQ(log.Count(c.line, "orlune_mobile", ANDROID_LOG_INFO), 2) << log.Dump();
+    }
+    EXPECT_EQ(log.CountContaining("Volume = 0.000000"), 0);
+}
+
 }  // namespace

@@ -17,7 +17,7 @@ const char kUiTypeNode[] = "/proc/device-tree/soc/audio_alg_info/audio_capabilit
 }  // namespace
 
 void InspectUiType(ConfigReport* r) {
-    r->uiTypeXml = Orlune::gUiType;
+    r->uiTypeXml = PublishedTables().gUiType;
     char resolved[kResolvedPathBytes] = {};
     if (orlune_platform::DevRealpath(kUiTypeNode, resolved) == nullptr) {
         r->Add(Severity::Info, "ui_type", std::string("no ") + kUiTypeNode + " node to compare");

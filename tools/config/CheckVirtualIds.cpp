@@ -26,8 +26,8 @@ std::string Problem(const IdResolution& id) {
     if (!id.mapped) {
         return "is not in the virtual map";
     }
-    const bool main = Orlune::gRealMapTable.count(id.id) != 0;
-    const bool ext = Orlune::gRealMapTableExt.count(id.extId) != 0;
+    const bool main = PublishedTables().gRealMapTable.count(id.id) != 0;
+    const bool ext = PublishedTables().gRealMapTableExt.count(id.extId) != 0;
     std::string missing = !main && !ext ? "ID " + std::to_string(id.id) + " and EXTID " +
                                                   std::to_string(id.extId) + " have no records"
                           : !main ? "ID " + std::to_string(id.id) + " has no main record"

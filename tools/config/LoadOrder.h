@@ -24,13 +24,16 @@ inline constexpr ConfigLoadStep kConfigLoadSteps[] = {
 
 // The first instance of a process removes the built-in key-0 entries before it loads anything.
 inline void PruneKeyZeroPlaceholders() {
-    Orlune::gVituralMapTable.erase(0);
-    Orlune::gRealMapTable.erase(0);
-    Orlune::gRealMapTableExt.erase(0);
+    ConfigUpdate update;
+    update.Tables().gVituralMapTable.erase(0);
+    update.Tables().gRealMapTable.erase(0);
+    update.Tables().gRealMapTableExt.erase(0);
 }
 
-// Runs the whole load as the effect's first set-up does.
+// Runs the whole load as the effect's first set-up does, publishing the tables once at the end
+// (each step run on its own publishes what it changed).
 inline void LoadConfigurationOnce(bool musicRegionEnable) {
+    ConfigUpdate update;
     PruneKeyZeroPlaceholders();
     for (const ConfigLoadStep& step : kConfigLoadSteps) {
         step.run(musicRegionEnable);
@@ -39,17 +42,11 @@ inline void LoadConfigurationOnce(bool musicRegionEnable) {
 
 // Empties every table the load fills, so that the next load starts from nothing.
 inline void ResetConfigurationTables() {
-    Orlune::gVituralMapTable.clear();
-    Orlune::gRealMapTable.clear();
-    Orlune::gRealMapTableExt.clear();
-    Orlune::gHpMapTable.clear();
+    ConfigUpdate update;
+    update.Tables() = ParamTableSet();
     Orlune::gTempRealParam = AudioOrluneMobilePara{};
     Orlune::gTempRealParamExt = AudioOrluneMobileParaExt{};
     for (int16_t& w : Orlune::gVolumeThrRaw) {
         w = 0;
     }
-    for (int16_t& w : Orlune::gParameterHpType) {
-        w = 0;
-    }
-    Orlune::gUiType = 0;
 }

@@ -1,0 +1,259 @@
+// Two streams driven as an audio server drives them: per instance an audio thread and a
+// parameter thread, plus a control thread that reloads the configuration, switches dumps and
+// switches the region once. Every parameter the threads change maps to the same tuning, so the
+// output must stay exactly the processed input, except for the one re-initialisation that the
+// region switch causes.
+#include <math.h>
+#include <stdint.h>
+#include <string.h>
+
+#include <atomic>
+#include <chrono>
+#include <random>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include <android/log.h>
+#include <gtest/gtest.h>
+
+#include "tests/pipeline/PipelineFixture.h"
+
+namespace {
+
+constexpr audio_format_t kFloat = AUDIO_FORMAT_PCM_FLOAT;
+constexpr int kBlock = 256;
+constexpr int kPeriodFrames = 7680;  // the input repeats: whole blocks and whole frames
+constexpr int kLatencyFrames = kFrame + kPopDelayFrames;
+constexpr int kMinBlocks = 200;  // each stream runs at least this long, and while the
+constexpr auto kControlTime = std::chrono::milliseconds(1500);  // control thread works
+// Where a stream starts from silence (at the start, and when set-up re-initialises it): one
+// frame of primed silence and the pop eliminator's delay line, then its fade-in.
+constexpr int kEdgeFrames = 2 * kFrame + kPopDelayFrames;
+constexpr size_t kMaxRuns = 16;
+const char* const kHeadsets[] = {"Vardo BX71", "Lumen XE", "unknown headset"};
+
+// Every speaker and headphone situation the parameter threads can reach names records 41/42.
+void WriteUniformTuning(const DeviceRoot& root) {
+    std::vector<int> main(401, 0);
+    main[400] = 2048;  // gain 1.5
+    std::vector<int> ext(301, 0);
+    ext[300] = 1024;  // width 1.25
+    root.WriteKiv("kiv_config.xml", XmlDocument({NvRecord(41, main), NvRecord(42, ext)}));
+    std::vector<std::string> map;
+    for (int id = 0; id < 3 * 4000; ++id) {
+        if (id % 4000 < 2 * 400 && id % 400 < 9 * 20 && id % 20 < 7) {
+            map.push_back(NvMap(id, 41, 42));
+        }
+    }
+    for (int key = 0; key < 9 * 80; ++key) {
+        if (key % 80 < 4 * 20 && key % 20 < 7) {
+            map.push_back(NvMap(41000 + key, 41, 42));
+        }
+    }
+    map.push_back("<HPMAP NUMID=\"14\" NAME=\"Vardo BX71\"/>");
+    map.push_back("<HPMAP NUMID=\"11\" NAME=\"Lumen XE\"/>");
+    root.WriteKiv("kiv_config_vmap.xml", XmlDocument(map));
+}
+
+// A stream and what its audio thread saw: the output is compared with the expectation block
+// by block, and every run of differing frames is kept.
+struct Stream {
+    HostOrlune* effect = nullptr;
+    std::vector<uint8_t> input;  // one period, float stereo, left equal to right
+    std::vector<float> want;     // the processed period, from kLatencyFrames on
+    int64_t blocks = 0;
+    std::vector<std::pair<int64_t, int64_t>> runs;  // first and last differing frame
+    bool louder = false;  // a differing frame was louder than the processed input
+    bool finite = true;
+
+    float Want(int64_t frame) const {
+        return frame < kLatencyFrames ? 0.0f : want[2 * ((frame - kLatencyFrames) % kPeriodFrames)];
+    }
+    void Check(const float* out, int64_t firstFrame) {
+        for (int i = 0; i < kBlock; ++i) {
+            const int64_t frame = firstFrame + i;
+            const float want = Want(frame);
+            finite = finite && std::isfinite(out[2 * i]) && std::isfinite(out[2 * i + 1]);
+            // A swap fade step can move a sample by a few of its 32-bit units.
+            if (fabsf(out[2 * i] - want) <= 1e-6f && fabsf(out[2 * i + 1] - want) <= 1e-6f) {
+                continue;
+            }
+            louder = louder || fabsf(out[2 * i]) > fabsf(want) + 1e-6f;
+            if (!runs.empty() && runs.back().second == frame - 1) {
+                runs.back().second = frame;
+            } else if (runs.size() < kMaxRuns) {
+                runs.push_back({frame, frame});
+            }
+        }
+    }
+};
+
+// An audio thread without pacing, so that its blocks overlap everything the other threads do.
+void Play(Stream& s, const std::atomic<bool>& controlDone) {
+    const size_t blockBytes = kBlock * 2 * sizeof(float);
+    std::vector<uint8_t> buffer(kBlock * 4 * sizeof(float));
+    while (s.blocks < kMinBlocks || !controlDone) {
+        const int64_t frame = s.blocks * kBlock;
+        memcpy(buffer.data(), s.input.data() + (frame % kPeriodFrames) * 2 * sizeof(float),
+               blockBytes);
+        s.effect->KivOutProcPlaySamples(reinterpret_cast<short*>(buffer.data()), kBlock, 2, kFloat);
+        s.Check(reinterpret_cast<const float*>(buffer.data()), frame);
+        ++s.blocks;
+    }
+}
+
+// Changes everything a host changes at any time; returns the number of wrong replies.
+int ChangeParameters(HostOrlune* effect, uint32_t seed, const std::atomic<bool>& stop) {
+    std::mt19937 rng(seed);
+    auto pick = [&](int n) { return static_cast<int>(rng() % static_cast<uint32_t>(n)); };
+    int wrong = 0;
+    while (!stop) {
+        switch (pick(12)) {
+            case 0:
+                effect->KivParamsSetInt(12, 1 + pick(3));  // device
+                break;
+            case 1:
+                effect->KivParamsSetInt(35, pick(9));  // scene
+                break;
+            case 2:
+                effect->KivParamsSetInt(4, pick(2));  // orientation
+                break;
+            case 3:
+                effect->KivParamsSetInt(55, pick(3));  // fold state
+                break;
+            case 4:
+                effect->KivParamsSetInt(43 + pick(5), pick(16));  // volume indices
+                break;
+            case 5:
+                effect->KivParamsSetFloat(11, -static_cast<float>(pick(60)));  // volume dB
+                break;
+            case 6:
+                effect->KivParamsSetInt(5, pick(2));  // swap
+                break;
+            case 7:
+                effect->KivParamsSetString(54, kHeadsets[pick(3)]);
+                break;
+            case 8:
+                effect->KivParamsSetString(
+                        56, "[com.a.music, com.b.video" + std::to_string(pick(4)) + "]");
+                break;
+            case 9:
+                effect->KivParamsSetFloat(57 + pick(3), static_cast<float>(pick(4)) / 4);
+                effect->KivParamsSetInt(51 + pick(2), 3);  // stream start or stop
+                break;
+            case 10:
+                wrong += effect->KivParamsGet(android::String8("EFFECT_ENABLE_STATE")) != "1";
+                break;
+            default: {
+                const std::string reply =
+                        effect->KivParamsGet(android::String8("HP_TYPE;HIFIPARA")).c_str();
+                wrong += reply.find("HIFIPARA=STEREOWIDEN_Enable=true;HP_TYPE=") != 0;
+                break;
+            }
+        }
+        std::this_thread::sleep_for(std::chrono::microseconds(20));
+    }
+    return wrong;
+}
+
+TEST(PipelineStressTest, TwoStreamsStayExactUnderParameterReloadDumpAndRegionThreads) {
+    // Hundreds of thousands of lines otherwise; the threads still log at error level.
+    __android_log_set_minimum_priority(ANDROID_LOG_ERROR);
+    DeviceRoot root;
+    WriteUniformTuning(root);
+    root.WriteKiv("lad_config_brisel.xml", "<lad_config limit_dbfs=\"-1.0\"/>");
+    root.WriteFile("/data/audio_debug/.keep", "");
+    ASSERT_NE(PreloadStandin(StandinPath("lib64orlune7_1.so")), nullptr);
+    ASSERT_NE(PreloadStandin(StandinPath("liblouddetect.so")), nullptr);
+    HostLibrary library;
+    ASSERT_TRUE(library.Loaded());
+
+    Stream streams[2];
+    for (int i = 0; i < 2; ++i) {
+        Stream& s = streams[i];
+        s.effect = library.Create();
+        ASSERT_NE(s.effect, nullptr);
+        s.effect->KivOutProcPlayInit();
+        s.effect->KivParamsSetInt(12, 1);
+        s.effect->KivParamsSetInt(0, 1);
+        s.effect->KivParamsSetInt(32, 1);
+        std::vector<int32_t> stereo;
+        for (int32_t v : Noise32(kPeriodFrames, 1, 7 + i)) {
+            stereo.insert(stereo.end(), {v, v});
+        }
+        s.input = FromInt32(stereo, kFloat);
+        // Three periods through the model: the second one comes out in full, in steady state.
+        const std::vector<int32_t> period = To32(s.input, kFloat);
+        std::vector<int32_t> thrice;
+        for (int k = 0; k < 3; ++k) {
+            thrice.insert(thrice.end(), period.begin(), period.end());
+        }
+        const std::vector<int32_t> out = ExpectedStereo(thrice, true);
+        const auto second = out.begin() + 2 * (kLatencyFrames + kPeriodFrames);
+        const std::vector<uint8_t> want =
+                FromInt32(std::vector<int32_t>(second, second + 2 * kPeriodFrames), kFloat);
+        s.want.resize(2 * kPeriodFrames);
+        memcpy(s.want.data(), want.data(), want.size());
+    }
+
+    std::atomic<bool> controlDone{false};
+    int wrongReplies[2] = {};
+    std::vector<std::thread> threads;
+    for (int i = 0; i < 2; ++i) {
+        threads.emplace_back(Play, std::ref(streams[i]), std::cref(controlDone));
+        threads.emplace_back([&, i] {
+            wrongReplies[i] = ChangeParameters(streams[i].effect, 100 + i, controlDone);
+        });
+    }
+    int reloads = 0;
+    std::thread control([&] {
+        const auto end = std::chrono::steady_clock::now() + kControlTime;
+        for (int round = 0; std::chrono::steady_clock::now() < end; ++round) {
+            HostOrlune* effect = streams[round % 2].effect;
+            effect->KivParamsSetInt(33, 1);
+            ++reloads;
+            effect->KivParamsSetInt(100, round % 4 < 2 ? 1 : 0);
+            if (round == 3) {
+                streams[0].effect->KivParamsSetInt(1, 1);
+            }
+            std::this_thread::sleep_for(std::chrono::milliseconds(2));
+        }
+        controlDone = true;
+    });
+    control.join();
+    for (std::thread& t : threads) {
+        t.join();
+    }
+    EXPECT_GE(reloads, 4);
+    EXPECT_EQ(wrongReplies[0] + wrongReplies[1], 0);
+
+    for (int i = 0; i < 2; ++i) {
+        SCOPED_TRACE(testing::Message()
+                     << "stream " << i << ", " << streams[i].blocks << " blocks");
+        const Stream& s = streams[i];
+        EXPECT_TRUE(s.finite);
+        // Every block came back processed and in order. The output differs from the processed
+        // input only where the signal starts from silence: at the start of the stream and, on
+        // the stream whose region switch re-ran set-up, once more from a block boundary on.
+        // There the pop eliminator fades the edge in, so nothing is louder than expected.
+        EXPECT_FALSE(s.louder);
+        std::vector<int64_t> edges;  // first differing frame of each
+        for (const auto& [first, last] : s.runs) {
+            if (edges.empty() || last >= edges.back() + kEdgeFrames) {
+                edges.push_back(first);
+            }
+            EXPECT_LT(last, edges.back() + kEdgeFrames) << "frames " << first << " to " << last;
+        }
+        ASSERT_EQ(edges.size(), i == 0 ? 2u : 1u) << "last edge at frame " << edges.back();
+        EXPECT_EQ(edges[0], kLatencyFrames);  // the first samples to come out
+        if (i == 0) {
+            EXPECT_EQ(edges[1] % kBlock, 0);  // the re-initialisation came between two blocks
+        }
+    }
+    for (Stream& s : streams) {
+        library.Delete(s.effect);
+    }
+}
+
+}  // namespace
