@@ -3,6 +3,7 @@
 // tail.
 #include <platform/device_fs.h>
 
+#include "config/ConfigFile.h"
 #include "config/ConfigPaths.h"
 #include "effect/LogTags.h"
 #include "effect/orlune.h"
@@ -25,7 +26,7 @@ FILE* OpenTable(const char* name, const char* realpathMessage) {
         ORLUNE_LOGE("%s", realpathMessage);
         resolved[0] = '\0';
     }
-    return orlune_platform::DevFopen(resolved, "rb");
+    return OpenConfigFile(resolved, ConfigFileKind::Table).file;
 }
 
 // ReadTWS opens both files before reading either; it has its own messages for each step.
@@ -40,7 +41,7 @@ FILE* OpenTwsFile(const char* name) {
         ORLUNE_LOGE("%s: ReadTWS realpath is null", "ReadTWS");
         return nullptr;
     }
-    FILE* fp = orlune_platform::DevFopen(resolved, "rb");
+    FILE* fp = OpenConfigFile(resolved, ConfigFileKind::Table).file;
     if (fp == nullptr) {
         ORLUNE_LOGE("%s: open TWS config failed", "ReadTWS");
     }

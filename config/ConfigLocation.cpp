@@ -8,13 +8,13 @@
 #include <platform/properties.h>
 #include <platform/device_fs.h>
 
+#include "config/ConfigFile.h"
 #include "config/ConfigPaths.h"
 #include "effect/LogTags.h"
 #include "effect/orlune.h"
 #include "safe_funcs.h"
 
 using orlune_platform::DevAccess;
-using orlune_platform::DevFopen;
 using orlune_platform::DevRealpath;
 using orlune_platform::DevStat;
 
@@ -49,12 +49,12 @@ char* Orlune::GetFileRealPath(const char* name, char* out, int outSize) {
         ORLUNE_LOGE("%s get file fail", "GetFileRealPath");
         return nullptr;
     }
-    FILE* fp = DevFopen(resolved, "rb");
-    if (fp == nullptr) {
+    const ConfigFileOpen opened = OpenConfigFile(resolved, ConfigFileKindOf(candidate));
+    if (opened.file == nullptr) {
         ORLUNE_LOGE("%s get file fail", "GetFileRealPath");
         return nullptr;
     }
-    fclose(fp);
+    fclose(opened.file);
     if (out == nullptr || outSize <= 0 ||
         strncpy_s(out, static_cast<size_t>(outSize), candidate, kPathBytes - 1) != EOK) {
         ORLUNE_LOGE("%s strncpy_s error", "GetFileRealPath");

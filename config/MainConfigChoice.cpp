@@ -15,7 +15,8 @@
 
 namespace {
 
-// The downloaded file's version as a number: its digits with the points removed.
+// The downloaded file's version as a number: its digits with the points removed. A version
+// that does not fit 32 bits is logged and reads as -1, which is never newer.
 int32_t DownloadedVersion(const DownloadCfgInfo& info) {
     std::string digits;
     for (size_t i = 0; i < sizeof(info.version) && info.version[i] != '\0'; ++i) {
@@ -23,12 +24,18 @@ int32_t DownloadedVersion(const DownloadCfgInfo& info) {
             digits += info.version[i];
         }
     }
-    return DecimalText(digits.c_str());
+    int32_t version = -1;
+    if (!DecimalText(digits.c_str(), &version)) {
+        LogOutOfRange("KivReadConfigFromXML", "cota kiv_config.xml version", digits.c_str());
+    }
+    return version;
 }
 
 }  // namespace
 
-bool ChooseMainConfigFile(bool musicRegionEnable, char* out) {
+bool ChooseMainConfigFile(bool musicRegionEnable, char* out, bool* downloaded, char* localOut) {
+    *downloaded = false;
+    localOut[0] = '\0';
     char base[kBaseNameBytes] = {};
     ConfigBaseName(musicRegionEnable, "kiv_config", base, sizeof(base),
                    "ReadConfigFromXML() snprintf_s fail");
@@ -46,7 +53,11 @@ bool ChooseMainConfigFile(bool musicRegionEnable, char* out) {
     } else if (localVersion != -1 && DownloadedVersion(*info) > localVersion) {
         // A device without a readable version.txt never takes a downloaded file.
         info->path[sizeof(info->path) - 1] = '\0';
+        if (!IsNoPath(chosen)) {
+            strncpy_s(localOut, kPathBytes, chosen, kPathBytes - 1);
+        }
         chosen = info->path;
+        *downloaded = true;
     }
 
     bool ok = !IsNoPath(chosen) && strncpy_s(out, kPathBytes, chosen, kPathBytes - 1) == EOK;

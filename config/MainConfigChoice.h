@@ -3,5 +3,7 @@
 #pragma once
 
 // Writes the chosen device path into `out` (kPathBytes) and returns true; returns false, after
-// logging, when there is no file to read.
-bool ChooseMainConfigFile(bool musicRegionEnable, char* out);
+// logging, when there is no file to read. `downloaded` tells whether the over-the-air file was
+// chosen; `local` (kPathBytes) then receives the local file to fall back on, or "" when there
+// is none.
+bool ChooseMainConfigFile(bool musicRegionEnable, char* out, bool* downloaded, char* local);

@@ -3,8 +3,11 @@
 // present keeps its first record.
 #include <string.h>
 
+#include <memory>
+
 #include <platform/device_fs.h>
 
+#include "config/ConfigFile.h"
 #include "config/ConfigPaths.h"
 #include "config/MainConfigChoice.h"
 #include "config/TokenList.h"
@@ -22,6 +25,9 @@ constexpr int32_t kIdHpTypeSecond = 30182;  // headphone-type words 256..287
 constexpr int kHpTypeFirstWords = 256;
 // A record element takes up to this many values; only those within the record are stored.
 constexpr int kRecordValueStep = 512;
+
+// Elements of the file being read that stored a record or a fixed table (under the load lock).
+int gRecordsTaken = 0;
 
 struct Fill {
     int taken;    // values read (stored or dropped)
@@ -85,6 +91,7 @@ void FillFixedTable(ParamTableSet& tables, int32_t id, TokenList& tokens, const 
         ORLUNE_LOGI("XMLLengthCheck:%d", id);
     }
     ReportValueCount(id, fill.given, capacity);
+    ++gRecordsTaken;
 }
 
 // Any other id: the staging record of its parity takes the values, then a copy of the whole
@@ -116,31 +123,83 @@ void MergeRecord(ParamTableSet& tables, int32_t id, TokenList& tokens, const cha
     // emplace never replaces: the first element with an id wins.
     if (odd) {
         tables.gRealMapTable.emplace(id, Orlune::gTempRealParam);
+        ++gRecordsTaken;
     } else if (even) {
         tables.gRealMapTableExt.emplace(id, Orlune::gTempRealParamExt);
+        ++gRecordsTaken;
     }
 }
 
-}  // namespace
+enum class MainRead { NotOpened, Broken, NoRecord, Read };
 
-void Orlune::KivReadConfigFromXML(bool musicRegionEnable) {
-    ConfigUpdate update;  // the elements go into the set being built
-    char path[kPathBytes] = {};
-    if (!ChooseMainConfigFile(musicRegionEnable, path)) {
-        return;
-    }
+MainRead ReadMainFile(const char* path) {
     char resolved[kResolvedPathBytes] = {};
     if (orlune_platform::DevRealpath(path, resolved) == nullptr) {
         ORLUNE_LOGE("read kiv_config.xml realpath is null");
         resolved[0] = '\0';
     }
     ORLUNE_LOGI("Read orlune config file %s", resolved);
-    FILE* fp = orlune_platform::DevFopen(resolved, "rb");
+    FILE* fp = OpenConfigFile(resolved, ConfigFileKind::Xml).file;
     if (fp == nullptr) {
+        return MainRead::NotOpened;
+    }
+    gRecordsTaken = 0;
+    const bool ok = ParseConfigXml(fp, Orlune::StartElement, "KivReadConfigFromXML status error");
+    fclose(fp);
+    return !ok ? MainRead::Broken : gRecordsTaken == 0 ? MainRead::NoRecord : MainRead::Read;
+}
+
+// Everything that reading the main XML changes, so that a rejected downloaded file can be
+// undone as a whole.
+struct MainXmlSnapshot {
+    explicit MainXmlSnapshot(const ParamTableSet& tables)
+        : tables(tables), temp(Orlune::gTempRealParam), tempExt(Orlune::gTempRealParamExt) {
+        memcpy(thresholds, Orlune::gVolumeThrRaw, sizeof(thresholds));
+    }
+    void Restore(ParamTableSet& target) const {
+        target = tables;
+        Orlune::gTempRealParam = temp;
+        Orlune::gTempRealParamExt = tempExt;
+        memcpy(Orlune::gVolumeThrRaw, thresholds, sizeof(thresholds));
+    }
+
+    ParamTableSet tables;
+    AudioOrluneMobilePara temp;
+    AudioOrluneMobileParaExt tempExt;
+    int16_t thresholds[kVolumeThrRawWords];
+};
+
+}  // namespace
+
+void Orlune::KivReadConfigFromXML(bool musicRegionEnable) {
+    ConfigUpdate update;  // the elements go into the set being built
+    char path[kPathBytes] = {};
+    char local[kPathBytes] = {};
+    bool downloaded = false;
+    if (!ChooseMainConfigFile(musicRegionEnable, path, &downloaded, local)) {
         return;
     }
-    ParseConfigXml(fp, StartElement, "KivReadConfigFromXML status error");
-    fclose(fp);
+    if (!downloaded) {
+        ReadMainFile(path);
+        return;
+    }
+    // A downloaded file is taken whole or not at all: a cut or empty download must not leave
+    // the device with half its tuning and nothing to fall back on.
+    const auto before = std::make_unique<MainXmlSnapshot>(update.Tables());
+    const MainRead read = ReadMainFile(path);
+    if (read == MainRead::Read) {
+        return;
+    }
+    before->Restore(update.Tables());
+    const char* why = read == MainRead::NotOpened ? "cannot be read"
+                      : read == MainRead::Broken  ? "is not well-formed"
+                                                  : "holds no record";
+    ORLUNE_LOGE("downloaded %s %s, reading the local kiv_config.xml instead", path, why);
+    if (IsNoPath(local)) {
+        ORLUNE_LOGE("read kiv_config.xml:path is null");
+        return;
+    }
+    ReadMainFile(local);
 }
 
 void Orlune::StartElement(void* /*userData*/, const char* name, const char** attrs) {
@@ -168,7 +227,11 @@ void Orlune::StartElement(void* /*userData*/, const char* name, const char** att
         ORLUNE_LOGE("StartElement() attrValue is null");
         return;
     }
-    const int32_t id = IntegerAttr(idText);
+    int32_t id = 0;
+    if (!IntegerAttr(idText, &id)) {
+        LogOutOfRange("StartElement()", "ID", idText);
+        return;
+    }
     if (valueText == nullptr) {
         ORLUNE_LOGE("StartElement() attrValue is null");
         return;
@@ -176,6 +239,11 @@ void Orlune::StartElement(void* /*userData*/, const char* name, const char** att
     char value[kXmlValueBufferBytes] = {};
     if (strcpy_s(value, sizeof(value), valueText) != EOK) {
         ORLUNE_LOGE("StartElement() strcpy_s fail");
+    }
+    // A value that is no 16-bit word refuses the whole element: none of it is stored.
+    if (const char* unfit = FirstUnfitToken(value)) {
+        LogOutOfRange("StartElement()", "PARAM_VALUE", unfit);
+        return;
     }
     TokenList tokens(value);
     const char* first = tokens.Next();

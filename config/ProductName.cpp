@@ -5,6 +5,7 @@
 
 #include <platform/device_fs.h>
 
+#include "config/ConfigFile.h"
 #include "config/ConfigPaths.h"
 #include "effect/LogTags.h"
 #include "effect/orlune.h"
@@ -27,7 +28,7 @@ void Orlune::GetProductNameConfig() {
             ORLUNE_LOGE("%s product name path do not find", "GetProductNameConfig");
             continue;
         }
-        FILE* fp = orlune_platform::DevFopen(resolved, "r");
+        FILE* fp = OpenConfigFile(resolved, ConfigFileKind::Text).file;
         if (fp == nullptr) {
             ORLUNE_LOGE("%s get product name fopen fail", "GetProductNameConfig");
             continue;

@@ -1,7 +1,10 @@
 #include "config/TokenList.h"
 
+#include <errno.h>
 #include <stdlib.h>
 #include <string.h>
+
+#include "effect/LogTags.h"
 
 TokenList::TokenList(char* text, const char* delimiters) : mRest(text) {
     for (const char* d = delimiters; *d != '\0'; ++d) {
@@ -49,16 +52,19 @@ int HexDigit(char c) {
     return -1;
 }
 
-}  // namespace
+struct HexNumber {
+    uint64_t magnitude;
+    bool negative;
+    bool overflow;  // beyond the range of a 64-bit long
+};
 
-// The rules of strtol with base 16 in the C locale, without its cost per call; the low 16 bits
-// of the saturated result are kept, as the device does.
-int16_t HexToken(const char* token) {
+// The rules of strtol with base 16 in the C locale, without its cost per call.
+HexNumber ParseHex(const char* token) {
     const char* p = token;
     while (*p == ' ' || (*p >= '\t' && *p <= '\r')) {
         ++p;
     }
-    const bool negative = *p == '-';
+    HexNumber n{0, *p == '-', false};
     if (*p == '-' || *p == '+') {
         ++p;
     }
@@ -66,27 +72,76 @@ int16_t HexToken(const char* token) {
         p += 2;
     }
     constexpr uint64_t kLongMax = static_cast<uint64_t>(INT64_MAX);
-    const uint64_t limit = negative ? kLongMax + 1 : kLongMax;
-    uint64_t magnitude = 0;
-    bool overflow = false;
+    const uint64_t limit = n.negative ? kLongMax + 1 : kLongMax;
     for (int d = HexDigit(*p); d >= 0; d = HexDigit(*++p)) {
-        if (magnitude > (limit - static_cast<uint64_t>(d)) / 16) {
-            overflow = true;
+        if (n.magnitude > (limit - static_cast<uint64_t>(d)) / 16) {
+            n.overflow = true;
         } else {
-            magnitude = magnitude * 16 + static_cast<uint64_t>(d);
+            n.magnitude = n.magnitude * 16 + static_cast<uint64_t>(d);
         }
     }
-    if (overflow) {
-        return static_cast<int16_t>(negative ? 0 : 0xffff);  // LONG_MIN or LONG_MAX
+    return n;
+}
+
+// strtoll with `base`, accepted only when it fits 32 bits.
+bool Integer32(const char* text, int base, int32_t* value) {
+    errno = 0;
+    const long long n = strtoll(text, nullptr, base);
+    if (errno == ERANGE || n < INT32_MIN || n > INT32_MAX) {
+        return false;
     }
-    const uint64_t value = negative ? 0 - magnitude : magnitude;
+    *value = static_cast<int32_t>(n);
+    return true;
+}
+
+}  // namespace
+
+// The low 16 bits of the saturated result are kept, as the device does.
+int16_t HexToken(const char* token) {
+    const HexNumber n = ParseHex(token);
+    if (n.overflow) {
+        return static_cast<int16_t>(n.negative ? 0 : 0xffff);  // LONG_MIN or LONG_MAX
+    }
+    const uint64_t value = n.negative ? 0 - n.magnitude : n.magnitude;
     return static_cast<int16_t>(static_cast<uint16_t>(value & 0xffffu));
 }
 
-int32_t IntegerAttr(const char* text) {
-    return static_cast<int32_t>(static_cast<uint32_t>(strtol(text, nullptr, 0)));
+bool HexTokenFits(const char* token) {
+    const HexNumber n = ParseHex(token);
+    return !n.overflow && n.magnitude <= (n.negative ? 0x8000u : 0xffffu);
 }
 
-int32_t DecimalText(const char* text) {
-    return static_cast<int32_t>(static_cast<uint32_t>(strtol(text, nullptr, 10)));
+const char* FirstUnfitToken(const char* text) {
+    bool delimiter[256] = {};
+    for (const char* d = kXmlDelimiters; *d != '\0'; ++d) {
+        delimiter[static_cast<unsigned char>(*d)] = true;
+    }
+    const char* p = text;
+    for (;;) {
+        while (*p != '\0' && delimiter[static_cast<unsigned char>(*p)]) {
+            ++p;
+        }
+        if (*p == '\0') {
+            return nullptr;
+        }
+        // The digits end at the first delimiter at the latest: no delimiter is a hex digit.
+        if (!HexTokenFits(p)) {
+            return p;
+        }
+        while (*p != '\0' && !delimiter[static_cast<unsigned char>(*p)]) {
+            ++p;
+        }
+    }
+}
+
+bool IntegerAttr(const char* text, int32_t* value) {
+    return Integer32(text, 0, value);
+}
+
+bool DecimalText(const char* text, int32_t* value) {
+    return Integer32(text, 10, value);
+}
+
+void LogOutOfRange(const char* where, const char* what, const char* text) {
+    ORLUNE_LOGE("%s %s out of range: %.40s", where, what, text);
 }

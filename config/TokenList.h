@@ -32,9 +32,21 @@ private:
 // saturates), kept as its low 16 bits.
 int16_t HexToken(const char* token);
 
-// An attribute read as an integer with base detection, kept as 32 bits.
-int32_t IntegerAttr(const char* text);
+// Whether HexToken(token) keeps the whole number: it lies in -0x8000..0xFFFF, so that it is
+// a 16-bit word written signed or unsigned.
+bool HexTokenFits(const char* token);
+// The first token of a value list (split as TokenList does, the text left unchanged) that
+// does not fit, or null when all do.
+const char* FirstUnfitToken(const char* text);
 
-// A decimal text read like atoi (leading blanks and a sign, trailing text ignored), kept as
-// 32 bits whatever its size.
-int32_t DecimalText(const char* text);
+// An attribute read as an integer with base detection (like strtol with base 0). Returns false,
+// leaving `value` alone, when the number does not fit 32 bits.
+bool IntegerAttr(const char* text, int32_t* value);
+
+// A decimal text read like atoi (leading blanks and a sign, trailing text ignored). Returns
+// false, leaving `value` alone, when the number does not fit 32 bits.
+bool DecimalText(const char* text, int32_t* value);
+
+// Logs "<where> <what> out of range: <text>" (the text cut at 40 characters) for a refused
+// number.
+void LogOutOfRange(const char* where, const char* what, const char* text);

@@ -5,6 +5,7 @@
 
 #include <platform/device_fs.h>
 
+#include "config/ConfigFile.h"
 #include "config/ConfigPaths.h"
 #include "config/TokenList.h"
 #include "effect/LogTags.h"
@@ -38,7 +39,7 @@ int32_t Orlune::GetVersionInfo(const std::string& dir) {
         return -1;
     }
     ORLUNE_LOGI("Read version.txt realpath %s", resolved);
-    FILE* fp = orlune_platform::DevFopen(resolved, "r");
+    FILE* fp = OpenConfigFile(resolved, ConfigFileKind::Text).file;
     if (fp == nullptr) {
         ORLUNE_LOGE("open %s fail", path.c_str());
         return -1;
@@ -52,7 +53,10 @@ int32_t Orlune::GetVersionInfo(const std::string& dir) {
         }
         // A word too short to reach the value index has an empty value, which reads as 0.
         const char* value = len > kVersionValueIndex ? word + kVersionValueIndex : "";
-        version = DecimalText(WithoutPoints(value).c_str());
+        const std::string digits = WithoutPoints(value);
+        if (!DecimalText(digits.c_str(), &version)) {
+            LogOutOfRange("read version.txt", "version", digits.c_str());
+        }
     }
     fclose(fp);
     return version;

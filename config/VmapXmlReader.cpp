@@ -6,6 +6,7 @@
 
 #include <platform/device_fs.h>
 
+#include "config/ConfigFile.h"
 #include "config/ConfigPaths.h"
 #include "config/TokenList.h"
 #include "config/XmlStream.h"
@@ -31,7 +32,7 @@ int32_t Orlune::KivReadConfigTableFromXML(bool musicRegionEnable) {
         resolved[0] = '\0';
     }
     ORLUNE_LOGI("Read orlune config vmap file %s", resolved);
-    FILE* fp = orlune_platform::DevFopen(resolved, "rb");
+    FILE* fp = OpenConfigFile(resolved, ConfigFileKind::Xml).file;
     if (fp == nullptr) {
         return -1;
     }
@@ -68,8 +69,14 @@ void Orlune::StartElementMapTable(void* /*userData*/, const char* name, const ch
             ORLUNE_LOGE(" StartElementMapTable() attrNUMID or attrID or attrEXTID is null");
             return;
         }
-        const int32_t numId = IntegerAttr(numIdText);
-        const RealParamIdStru ids{IntegerAttr(idText), IntegerAttr(extIdText)};
+        int32_t numId = 0;
+        RealParamIdStru ids{0, 0};
+        if (!IntegerAttr(numIdText, &numId) || !IntegerAttr(idText, &ids.ID) ||
+            !IntegerAttr(extIdText, &ids.EXTID)) {
+            LogOutOfRange("StartElementMapTable()", "NUMID, ID or EXTID",
+                          (numIdText + std::string(" ") + idText + " " + extIdText).c_str());
+            return;
+        }
         update.Tables().gVituralMapTable.emplace(numId, ids);  // an existing mapping stays
         ORLUNE_LOGI("%s attrNUMIDValue:%d, attrIDValue:%d, attrIDValue:%d", "StartElementMapTable",
                     numId, ids.ID, ids.EXTID);
@@ -90,7 +97,11 @@ void Orlune::XmlCfgParamParse(const char* cfgID, const char* cfgValue) {
         return;
     }
     ConfigUpdate update;
-    const int32_t id = IntegerAttr(cfgID);
+    int32_t id = 0;
+    if (!IntegerAttr(cfgID, &id)) {
+        LogOutOfRange("XmlCfgParamParse", "cfgID", cfgID);
+        return;
+    }
     char value[kXmlValueBufferBytes] = {};
     if (strcpy_s(value, sizeof(value), cfgValue) != EOK) {
         ORLUNE_LOGE("StartElement() strcpy_s fail");
@@ -103,6 +114,10 @@ void Orlune::XmlCfgParamParse(const char* cfgID, const char* cfgValue) {
     }
     if (first == nullptr) {
         ORLUNE_LOGE("StartElement() paramPtr or elem is null, elemNum: %d", 0);
+        return;
+    }
+    if (!HexTokenFits(first)) {
+        LogOutOfRange("XmlCfgParamParse", "cfgValue", first);
         return;
     }
     update.Tables().gUiType = HexToken(first);  // every accepted element overwrites: the last wins
@@ -121,11 +136,15 @@ void Orlune::XmlHpMapParse(const char* numId, const char* name) {
         ORLUNE_LOGE("XmlHpMapParse cfgValue is null");
         return;
     }
+    int32_t number = 0;
+    if (!IntegerAttr(numId, &number)) {
+        LogOutOfRange("XmlHpMapParse", "NUMID", numId);
+        return;
+    }
     ConfigUpdate update;
     char key[kXmlValueBufferBytes] = {};
     if (strcpy_s(key, sizeof(key), name) != EOK) {
         ORLUNE_LOGE("XmlHpMapParse strcpy_s fail");
     }
-    update.Tables().gHpMapTable.emplace(std::string(key, strnlen(key, sizeof(key))),
-                                        IntegerAttr(numId));
+    update.Tables().gHpMapTable.emplace(std::string(key, strnlen(key, sizeof(key))), number);
 }

@@ -11,6 +11,7 @@
 #include <platform/properties.h>
 #include <platform/device_fs.h>
 
+#include "config/ConfigFile.h"
 #include "effect/LogTags.h"
 #include "effect/PipelineLimits.h"
 #include "effect/orlune.h"
@@ -27,7 +28,7 @@ void CompareUiType() {
     char resolved[PATH_MAX] = {};
     FILE* node = nullptr;
     if (orlune_platform::DevRealpath(kUiTypeNode, resolved) != nullptr) {
-        node = orlune_platform::DevFopen(resolved, "r");
+        node = OpenConfigFile(resolved, ConfigFileKind::Text).file;
     }
     if (node == nullptr) {
         ORLUNE_LOGI("open kivUiType failed");

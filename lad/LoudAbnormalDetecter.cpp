@@ -7,6 +7,8 @@
 #include <platform/clock.h>
 #include <platform/device_fs.h>
 
+#include "config/ConfigFile.h"
+
 // The bridge logs without a tag.
 #define LAD_LOGD(...) __android_log_print(ANDROID_LOG_DEBUG, nullptr, __VA_ARGS__)
 #define LAD_LOGE(...) __android_log_print(ANDROID_LOG_ERROR, nullptr, __VA_ARGS__)
@@ -25,6 +27,14 @@ const char* const kLadConfigFiles[kLadConfigTypes] = {
         "/odm/etc/kiv/lad_config_lowlatency.xml",
         "/odm/etc/kiv/lad_config_dsp_orlune.xml",
 };
+
+bool ConfigFileRefused(const char* path) {
+    const ConfigFileOpen config = OpenConfigFile(path, ConfigFileKind::Xml);
+    if (config.file != nullptr) {
+        fclose(config.file);
+    }
+    return config.refused;
+}
 
 constexpr const char* kLadLibName = "liblouddetect.so";
 
@@ -68,7 +78,10 @@ void LoudAbnormalDetecter::LoadLadProc(int type) {
         LAD_LOGE("invaild type, lad config is not support");
         return;
     }
-    if (orlune_platform::DevAccess(kLadConfigFiles[type], F_OK) != 0) {
+    // A configuration that is not a regular file of sane size counts as absent, so that the
+    // detector's library never opens it (a FIFO would block it).
+    if (orlune_platform::DevAccess(kLadConfigFiles[type], F_OK) != 0 ||
+        ConfigFileRefused(kLadConfigFiles[type])) {
         LAD_LOGE("lad config is not exist");
         return;
     }

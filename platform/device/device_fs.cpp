@@ -1,6 +1,7 @@
 // Device paths on the device: they are the real paths, so every call is the plain system call.
 #include <platform/device_fs.h>
 
+#include <fcntl.h>
 #include <stdlib.h>
 #include <string.h>
 #include <unistd.h>
@@ -21,6 +22,10 @@ int DevStat(const char* path, struct stat* st) {
 
 FILE* DevFopen(const char* path, const char* mode) {
     return fopen(path, mode);
+}
+
+int DevOpen(const char* path, int flags) {
+    return open(path, flags);
 }
 
 bool DevHostPath(const char* path, char* out, size_t outSize) {

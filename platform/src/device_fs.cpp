@@ -3,6 +3,7 @@
 #include <platform/device_fs.h>
 
 #include <errno.h>
+#include <fcntl.h>
 #include <limits.h>
 #include <stdlib.h>
 #include <string.h>
@@ -101,6 +102,14 @@ FILE* DevFopen(const char* path, const char* mode) {
         return nullptr;
     }
     return fopen(HostPath(path).c_str(), mode);
+}
+
+int DevOpen(const char* path, int flags) {
+    if (path == nullptr) {
+        errno = EINVAL;
+        return -1;
+    }
+    return open(HostPath(path).c_str(), flags);
 }
 
 }  // namespace orlune_platform

@@ -3,7 +3,9 @@
 
 #include <platform/device_fs.h>
 
+#include <fcntl.h>
 #include <stdlib.h>
+#include <sys/stat.h>
 #include <string.h>
 #include <unistd.h>
 
@@ -15,6 +17,22 @@ void CopyCut(char* out, size_t size, const char* text) {
     size_t n = strnlen(text, size - 1);
     memcpy(out, text, n);
     out[n] = '\0';
+}
+
+FILE* OpenRegular(const char* path) {
+    const int fd = orlune_platform::DevOpen(path, O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    if (fd < 0) {
+        return nullptr;
+    }
+    struct stat st;
+    FILE* fp = nullptr;
+    if (fstat(fd, &st) == 0 && S_ISREG(st.st_mode)) {
+        fp = fdopen(fd, "r");
+    }
+    if (fp == nullptr) {
+        close(fd);
+    }
+    return fp;
 }
 
 }  // namespace
@@ -38,7 +56,8 @@ extern "C" DownloadCfgInfo* get_download_cfg_file(const char* dir, const char* f
             versionFile += '/';
         }
         versionFile += "cfg_version";
-        if (FILE* fp = DevFopen(versionFile.c_str(), "re")) {
+        // Like the service, never wait on a version file that is not a regular file.
+        if (FILE* fp = OpenRegular(versionFile.c_str())) {
             char line[sizeof info->version];
             if (fgets(line, sizeof line, fp) != nullptr) {
                 line[strcspn(line, "\r\n")] = '\0';

@@ -1,5 +1,6 @@
 // The two XML readers: value tokens, the main file's fixed tables and records (staging records,
 // first-wins merging, limits), the virtual-map file's elements, and reading whole files.
+#include <errno.h>
 #include <stdlib.h>
 #include <string.h>
 
@@ -118,10 +119,36 @@ TEST(ValueTokens, SplitAtEveryDelimiterAndReadLikeStrtolInBase16) {
             c = alphabet[rng() % alphabet.size()];
         }
         ASSERT_EQ(Strtol16(token), HexToken(token.c_str())) << "token \"" << token << "\"";
+        // A token fits when strtol's whole number is a 16-bit word, signed or unsigned.
+        errno = 0;
+        const long whole = strtol(token.c_str(), nullptr, 16);
+        ASSERT_EQ(errno == 0 && whole >= -0x8000 && whole <= 0xffff, HexTokenFits(token.c_str()))
+                << "token \"" << token << "\"";
     }
-    // Ids detect their base: octal after a leading 0.
-    EXPECT_EQ(8, IntegerAttr("010"));
-    EXPECT_EQ(0, IntegerAttr("08"));
+}
+
+TEST(ValueTokens, NumbersThatDoNotFitAreRefusedNotWrapped) {
+    // Ids detect their base (octal after a leading 0) and must fit 32 bits.
+    const std::tuple<const char*, bool, int32_t> ids[] = {
+            {"010", true, 8},
+            {"08", true, 0},
+            {"-2147483648", true, INT32_MIN},
+            {"0x7fffffff", true, INT32_MAX},
+            {"2147483648", false, 0},
+            {"99999999999", false, 0},
+            {"-0x80000001", false, 0},
+            {"99999999999999999999999", false, 0},
+    };
+    for (const auto& [text, fits, want] : ids) {
+        int32_t got = 0;
+        EXPECT_EQ(fits, IntegerAttr(text, &got)) << text;
+        EXPECT_EQ(want, got) << text;
+    }
+    int32_t version = 5;
+    EXPECT_FALSE(DecimalText("999999999999", &version));
+    EXPECT_EQ(5, version);
+    EXPECT_EQ(nullptr, FirstUnfitToken("{0x10, -8000; FFFF}"));
+    EXPECT_STREQ("10000;FFFF}", FirstUnfitToken("{0x10, 10000;FFFF}"));
 }
 
 TEST(MainXml, FixedTablesFillUpToTheirCapacityAndOnlyAShortListIsLogged) {
@@ -147,8 +174,15 @@ TEST(MainXml, FixedTablesFillUpToTheirCapacityAndOnlyAShortListIsLogged) {
     }
     EXPECT_EQ(0x1000, Tables().gParameterHpType[256]);
     // 0x75D0 is 30160; tokens are hexadecimal with any delimiter, kept as their low 16 bits.
-    StartMain("0x75D0", "{1A;FF}[0x10]=7\t8\n9\r0x1G,ZZ,0x8000,1FFFF,-1,ffff");
-    const int16_t expected[] = {0x1a, 0xff, 0x10, 7, 8, 9, 1, 0, -32768, -1, -1, -1, 0x100c};
+    StartMain("0x75D0", "{1A;FF}[0x10]=7\t8\n9\r0x1G,ZZ,0x8000,-1,ffff");
+    // A value that is no 16-bit word, or an id beyond 32 bits, refuses the whole element.
+    log.Clear();
+    StartMain("30160", "5,1FFFF");
+    StartMain("99999999999", "5");
+    EXPECT_EQ(1, log.Count("StartElement() PARAM_VALUE out of range: 1FFFF", kTag));
+    EXPECT_EQ(1, log.Count("StartElement() ID out of range: 99999999999", kTag));
+    EXPECT_EQ(0u, Tables().gRealMapTable.count(1215752191));
+    const int16_t expected[] = {0x1a, 0xff, 0x10, 7, 8, 9, 1, 0, -32768, -1, -1, 0x100b};
     for (size_t i = 0; i < sizeof(expected) / sizeof(expected[0]); ++i) {
         EXPECT_EQ(expected[i], Orlune::gVolumeThrRaw[i]) << "word " << i;
     }

@@ -13,6 +13,8 @@ char* DevRealpath(const char* path, char* resolved);  // resolved: PATH_MAX (409
 int DevAccess(const char* path, int mode);
 int DevStat(const char* path, struct stat* st);
 FILE* DevFopen(const char* path, const char* mode);
+// open(2) on a device path (flags as for open, no O_CREAT).
+int DevOpen(const char* path, int flags);
 
 // The host path that a device path maps to (for tools and tests); `out` of `outSize` bytes.
 // Returns false when it does not fit.
