@@ -69,13 +69,15 @@ ConfigFileOpen OpenConfigFile(const char* path, ConfigFileKind kind) {
     ConfigFileOpen result;
     const int fd = orlune_platform::DevOpen(path, O_RDONLY | O_NONBLOCK | O_CLOEXEC);
     if (fd < 0) {
-        snprintf(result.reason, sizeof(result.reason), "%s", strerror(errno));
+        result.error = errno;
+        snprintf(result.reason, sizeof(result.reason), "%s", strerror(result.error));
         return result;
     }
     struct stat st;
     const size_t limit = ConfigFileLimit(kind);
     if (fstat(fd, &st) != 0) {
-        snprintf(result.reason, sizeof(result.reason), "%s", strerror(errno));
+        result.error = errno;
+        snprintf(result.reason, sizeof(result.reason), "%s", strerror(result.error));
     } else if (!S_ISREG(st.st_mode)) {
         result.refused = true;
         snprintf(result.reason, sizeof(result.reason), "%s, not a regular file",
@@ -92,7 +94,8 @@ ConfigFileOpen OpenConfigFile(const char* path, ConfigFileKind kind) {
         if (result.file != nullptr) {
             return result;
         }
-        snprintf(result.reason, sizeof(result.reason), "%s", strerror(errno));
+        result.error = errno;
+        snprintf(result.reason, sizeof(result.reason), "%s", strerror(result.error));
     }
     close(fd);
     if (result.refused) {

@@ -20,6 +20,7 @@ size_t ConfigFileLimit(ConfigFileKind kind);
 struct ConfigFileOpen {
     FILE* file = nullptr;  // open for reading ("rb"), or null
     bool refused = false;  // the path exists but is not a regular file or is too large
+    int error = 0;         // the open error (ENOENT: no such file), 0 otherwise
     char reason[96] = {};  // why `file` is null: the refusal, or the open error's text
 };
 

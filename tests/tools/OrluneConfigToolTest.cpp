@@ -2,6 +2,7 @@
 #include <ctype.h>
 #include <stdio.h>
 #include <string.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 
 #include <filesystem>
@@ -25,9 +26,9 @@ const std::string kSample = std::string(ORLUNE_BINARY_DIR) + "/sample-device";
 const char* const kMain = "kiv_config.xml";
 const char* const kVmap = "kiv_config_vmap.xml";
 
-// Exit status of one run; its standard output goes to `out`.
+// Exit status of one run (124 when it hangs); its standard output goes to `out`.
 int RunTool(const std::string& args, std::string* out = nullptr) {
-    FILE* pipe = popen((kTool + " " + args + " 2>/dev/null").c_str(), "r");
+    FILE* pipe = popen(("timeout -k 2 60 " + kTool + " " + args + " 2>/dev/null").c_str(), "r");
     char buf[4096];
     for (size_t n; pipe != nullptr && (n = fread(buf, 1, sizeof(buf), pipe)) > 0;) {
         if (out != nullptr) {
@@ -180,6 +181,22 @@ TEST_F(ToolOnCopy, MissingAndWrongSizedTables) {
           {"error: sur_config.bin is missing", "error: tws_config1.bin is not read either",
            "error: /odm/etc/kiv/teh_config.bin is 19000 bytes, expected 19200",
            "error: /odm/etc/kiv/ascconfig1.bin is 5000 bytes, expected 4106"});
+}
+
+TEST_F(ToolOnCopy, RefusedFilesAreToldFromMissingOnesWithTheLibrarysReason) {
+    root.Remove("/odm/etc/kiv/" + std::string(kVmap));
+    ASSERT_EQ(0, mkfifo(root.HostPath("/odm/etc/kiv/" + std::string(kVmap)).c_str(), 0644));
+    root.Remove("/odm/etc/kiv/sur_config.bin");
+    fs::create_directory(root.HostPath("/odm/etc/kiv/sur_config.bin"));
+    root.Remove("/odm/etc/kiv/lph_config.bin");
+    fs::create_symlink("/dev/null", root.HostPath("/odm/etc/kiv/lph_config.bin"));
+    root.SetProperty("msc.brisel.config_channel_out", "3");
+    Check("", 1,
+          {"error: config file /odm/etc/kiv/kiv_config_vmap.xml refused: a FIFO, not a regular "
+           "file: read as if it were missing",
+           "error: /odm/etc/kiv/sur_config.bin refused: a directory, not a regular file",
+           "error: /odm/etc/kiv/lph_config.bin refused: a character device, not a regular file",
+           "warning: msc.brisel.config_channel_out is 3, neither 2 nor 4"});
 }
 
 TEST_F(ToolOnCopy, UiTypeThatDiffersFromTheDeviceTree) {

@@ -9,6 +9,7 @@
 #include <expat.h>
 #include <platform/device_fs.h>
 
+#include "config/ConfigFile.h"
 #include "config/ValueCountObserver.h"
 #include "effect/orlune.h"
 #include "tools/config/Checks.h"
@@ -54,7 +55,7 @@ constexpr LogRule kLogRules[] = {
 
 // Where expat stops in a file, for a syntax error the reader reported.
 std::string SyntaxErrorPlace(const std::string& devicePath) {
-    FILE* fp = orlune_platform::DevFopen(devicePath.c_str(), "rb");
+    FILE* fp = OpenConfigFile(devicePath.c_str(), ConfigFileKind::Xml).file;
     if (fp == nullptr) {
         return "";
     }

@@ -2,12 +2,14 @@
 #include <stdlib.h>
 #include <string.h>
 
+#include <set>
 #include <string>
 
 #include <cutils/properties.h>
 #include <vardocust/download_cfg.h>
 
 #include "config/ConfigPaths.h"
+#include "config/TokenList.h"
 #include "effect/orlune.h"
 #include "tools/config/Checks.h"
 #include "tools/config/LoadOrder.h"
@@ -35,7 +37,9 @@ int32_t VersionNumber(const std::string& text) {
             digits += c;
         }
     }
-    return static_cast<int32_t>(strtol(digits.c_str(), nullptr, 10));
+    int32_t version = -1;  // beyond 32 bits: the library refuses it too
+    DecimalText(digits.c_str(), &version);
+    return version;
 }
 
 void ReadOtaState(ConfigReport* r) {
@@ -125,4 +129,20 @@ void InspectFiles(const LogCollector& log, ConfigReport* r) {
     }
     r->files.push_back(main);
     r->files.push_back(vmap);
+
+    // Files the library refused while loading, with its own reason; it treats them as missing.
+    std::set<std::string> refused;
+    for (const CollectedLine& line : log.Lines()) {
+        const std::string& m = line.message;
+        if (line.step >= 0 && m.rfind("config file ", 0) == 0 &&
+            m.find(" refused: ") != std::string::npos && refused.insert(m).second) {
+            r->Add(Severity::Error, "file_refused", m + ": read as if it were missing");
+        }
+    }
+    const int channelOut = property_get_int32("msc.brisel.config_channel_out", 2);
+    if (channelOut != 2 && channelOut != 4) {
+        r->Add(Severity::Warning, "config_channel_out",
+               "msc.brisel.config_channel_out is " + std::to_string(channelOut) +
+                       ", neither 2 nor 4: the effect takes the four-channel tables");
+    }
 }

@@ -1,10 +1,12 @@
 // The seven binary tables: which file each reader found and whether its size is right.
+#include <errno.h>
 #include <sys/stat.h>
 
 #include <string>
 
 #include <platform/device_fs.h>
 
+#include "config/ConfigFile.h"
 #include "config/ConfigPaths.h"
 #include "effect/orlune.h"
 #include "tools/config/Checks.h"
@@ -41,10 +43,18 @@ void InspectTables(ConfigReport* r) {
         }
         const std::string generic = std::string(kKivDir) + t.name + ".bin";
         if (f.path.empty()) {
-            f.choice = "missing";
-            f.why = "the table stays zero";
-            r->Add(Severity::Error, "table_missing",
-                   std::string(t.name) + ".bin is missing: the table stays zero");
+            // Tell a file that is there but cannot be used (a directory, a device node, an
+            // oversized or unreadable file) from one that is absent.
+            const ConfigFileOpen opened = OpenConfigFile(generic.c_str(), ConfigFileKind::Table);
+            if (opened.file != nullptr) {
+                fclose(opened.file);
+            }
+            const bool absent = opened.error == ENOENT;
+            f.choice = absent ? "missing" : "refused";
+            f.why = absent ? "the table stays zero" : opened.reason;
+            r->Add(Severity::Error, absent ? "table_missing" : "table_refused",
+                   absent ? std::string(t.name) + ".bin is missing: the table stays zero"
+                          : generic + " refused: " + opened.reason + ": the table stays zero");
         } else {
             f.choice = f.path == generic ? "generic" : "product-specific";
             f.why = f.choice == "generic" && r->productKnown

@@ -6,6 +6,7 @@
 
 #include <platform/device_fs.h>
 
+#include "config/ConfigFile.h"
 #include "config/ConfigPaths.h"
 #include "effect/orlune.h"
 #include "tools/config/Checks.h"
@@ -23,9 +24,12 @@ void InspectUiType(ConfigReport* r) {
         r->Add(Severity::Info, "ui_type", std::string("no ") + kUiTypeNode + " node to compare");
         return;
     }
-    FILE* fp = orlune_platform::DevFopen(resolved, "r");
+    const ConfigFileOpen opened = OpenConfigFile(resolved, ConfigFileKind::Text);
+    FILE* fp = opened.file;
     if (fp == nullptr) {
-        r->Add(Severity::Info, "ui_type", std::string(kUiTypeNode) + " cannot be opened");
+        r->Add(opened.refused ? Severity::Warning : Severity::Info, "ui_type",
+               std::string(kUiTypeNode) + (opened.refused ? " refused: " : " cannot be opened: ") +
+                       opened.reason);
         return;
     }
     char line[92] = {};
