@@ -1,15 +1,20 @@
 // orlune-play's report data from scripted runs of the shipped library in this process, and the
 // page's size bound on a trace far busier than any run.
 #include <stdlib.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
+#include <filesystem>
 #include <fstream>
+#include <tuple>
 #include <map>
 #include <string>
 #include <vector>
 
 #include <gtest/gtest.h>
 
+#include "tests/support/BuiltProgram.h"
 #include "tools/play/EffectLoader.h"
 #include "tools/play/EffectLog.h"
 #include "tools/play/PlayReport.h"
@@ -216,6 +221,67 @@ TEST(PlayReport, PageStaysUnderTwoMegabytesForAnyTrace) {
     const std::string page = PlayReportPage({&o, &r, &facts, &t, "", "", ""});
     EXPECT_LT(page.size(), 2u * 1024 * 1024);
     EXPECT_GT(page.size(), 500u * 1024);  // the trace did fill the page
+}
+
+// The command line protects its user: bad paths and bounds are refused with status 1 before any
+// audio is touched, and what the run cannot honour is said.
+TEST(PlayCommandLine, RefusesWhatWouldHarmAndSaysWhatIsLost) {
+    const std::string dir = testing::TempDir() + "/play-cli";
+    std::filesystem::remove_all(dir);
+    std::filesystem::create_directories(dir);
+    const std::string input = std::string(ORLUNE_BINARY_DIR) + "/sample-input.wav";
+    const std::string copy = dir + "/in.wav";
+    std::filesystem::copy_file(input, copy);
+    std::filesystem::create_hard_link(copy, dir + "/link.wav");
+    ASSERT_EQ(0, mkfifo((dir + "/fifo.properties").c_str(), 0644));
+    // A short six-channel file: 16-bit PCM at 48 kHz, 4800 frames of silence.
+    {
+        const uint32_t frames = 4800, channels = 6, bytes = frames * channels * 2;
+        std::ofstream wav(dir + "/six.wav", std::ios::binary);
+        auto put = [&wav](uint32_t v, int n) { wav.write(reinterpret_cast<const char*>(&v), n); };
+        wav << "RIFF";
+        put(36 + bytes, 4);
+        wav << "WAVEfmt ";
+        put(16, 4), put(1, 2), put(channels, 2), put(48000, 4), put(48000 * channels * 2, 4);
+        put(channels * 2, 2), put(16, 2);
+        wav << "data";
+        put(bytes, 4);
+        wav << std::string(bytes, '\0');
+    }
+    const std::string program =
+            "timeout -k 2 120 " +
+            BuiltProgramCommand(std::string(ORLUNE_BINARY_DIR) + "/bin/orlune-play") +
+            " --device-root " + kSample + " ";
+    const std::string props = " --properties " + kSample + "/sample.properties ";
+    // Arguments, exit status, a text of the output.
+    const std::tuple<std::string, int, const char*> cases[] = {
+            {props + copy + " " + dir + "/link.wav", 1, "is the input file"},
+            {props + copy + " " + dir + "/../play-cli/in.wav", 1, "is the input file"},
+            {"--properties " + dir + "/none " + copy + " " + dir + "/o.wav", 1,
+             "cannot read --properties"},
+            {"--properties " + dir + "/fifo.properties " + copy + " " + dir + "/o.wav", 1,
+             "not a regular file"},
+            {props + "--block 7201 " + copy + " " + dir + "/o.wav", 1, "from 1 to 7200"},
+            {props + "--at 999:12=2 " + copy + " " + dir + "/o.wav", 0,
+             "at 999.00 s: 12=2 lies past the end of the input"},
+            {props + dir + "/six.wav " + dir + "/o.wav", 0,
+             "channels 3 to 6 are dropped; --channels 8 keeps them"},
+    };
+    for (const auto& [args, status, text] : cases) {
+        SCOPED_TRACE(args);
+        FILE* pipe = popen((program + args + " 2>&1").c_str(), "r");
+        ASSERT_NE(nullptr, pipe);
+        std::string out;
+        char buf[4096];
+        for (size_t n; (n = fread(buf, 1, sizeof(buf), pipe)) > 0;) {
+            out.append(buf, n);
+        }
+        const int exit = pclose(pipe);
+        EXPECT_EQ(status, WIFEXITED(exit) ? WEXITSTATUS(exit) : -1) << out;
+        EXPECT_NE(std::string::npos, out.find(text)) << out;
+    }
+    EXPECT_EQ(std::filesystem::file_size(input), std::filesystem::file_size(copy));
+    std::filesystem::remove_all(dir);
 }
 
 }  // namespace

@@ -23,7 +23,8 @@ const char* const kPlayUsage =
         "  --device-root DIR   device file system root (configuration, dumps); sets\n"
         "                      ORLUNE_DEVICE_ROOT\n"
         "  --properties FILE   system properties file (key=value lines); sets ORLUNE_PROPERTIES\n"
-        "  --block FRAMES      frames per host block (default 480)\n"
+        "  --block FRAMES      frames per host block, 1 to 7200 (default 480): the effect\n"
+        "                      refuses larger blocks of ten channels\n"
         "  --format F          host sample format: s16 (default), s32, f32, s24 (24-bit packed)\n"
         "  --channels N        host layout: 2 stereo; 4 stereo in, 4 channels out; 8; 10\n"
         "  --set ID=VALUE      integer parameter at the start (also --setf float, --sets text)\n"
@@ -203,8 +204,8 @@ bool ParsePlayOptions(int argc, char** argv, PlayOptions* o, std::string* error)
         } else if (a == "--block") {
             if (!value(&v))
                 return false;
-            if (!ParseInt(v, &o->block) || o->block < 1) {
-                *error = "--block needs a positive frame count";
+            if (!ParseInt(v, &o->block) || o->block < 1 || o->block > kMaxBlockFrames) {
+                *error = "--block needs a frame count from 1 to " + std::to_string(kMaxBlockFrames);
                 return false;
             }
         } else if (a == "--format") {

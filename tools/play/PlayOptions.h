@@ -18,6 +18,10 @@ struct ParamEvent {
     std::string text;
 };
 
+// The largest host block: the effect caches at most 76800 input samples and may hold up to one
+// algorithm frame (480 frames) from the block before, so ten channels fit 7201 new frames.
+constexpr int kMaxBlockFrames = 7200;
+
 struct PlayOptions {
     bool info = false;
     bool help = false;

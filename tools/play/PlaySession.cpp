@@ -172,6 +172,27 @@ bool RunPlay(const PlayOptions& o, PlayEffect* effect, PlayResult* r, std::strin
 
     const int layout = o.channels;
     const int inChannels = layout == 4 ? 2 : layout;
+    if (r->fileChannels > inChannels) {
+        // The layout takes the file's first channels; say what is lost and what would keep it.
+        const int keeping = r->fileChannels <= 8 ? 8 : r->fileChannels <= 10 ? 10 : 0;
+        r->notes.push_back("the input has " + std::to_string(r->fileChannels) +
+                           " channels; --channels " + std::to_string(layout) + " carries " +
+                           std::to_string(inChannels) + ", so channels " +
+                           std::to_string(inChannels + 1) + " to " +
+                           std::to_string(r->fileChannels) + " are dropped" +
+                           (keeping != 0 ? "; --channels " + std::to_string(keeping) + " keeps them"
+                                         : "; no layout carries more than 10"));
+    }
+    const double inputSeconds = r->rate > 0 ? static_cast<double>(reader.Frames()) / r->rate : 0;
+    for (const ParamEvent& e : o.events) {
+        if (!e.atStart && e.seconds > inputSeconds) {
+            char end[32];
+            snprintf(end, sizeof(end), "%.2f s", inputSeconds);
+            r->notes.push_back("warning: " + DescribeParam(e) +
+                               " lies past the end of the input (" + end +
+                               ") and is never applied");
+        }
+    }
     const int configOut = PropertyInt(o.properties, "msc.brisel.config_channel_out", 2);
     int device = 0;
 

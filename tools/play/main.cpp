@@ -1,10 +1,14 @@
 // orlune-play: runs audio through the effect library the way the platform's audio path does,
 // for listening, tuning checks and bug reports.
 #include <dirent.h>
+#include <errno.h>
+#include <fcntl.h>
 #include <limits.h>
 #include <stdio.h>
 #include <stdlib.h>
+#include <string.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <memory>
 #include <string>
@@ -45,7 +49,28 @@ bool PrepareEnvironment(PlayOptions* o, std::string* error) {
         o->deviceRoot = Absolute(o->deviceRoot);
         setenv("ORLUNE_DEVICE_ROOT", o->deviceRoot.c_str(), 1);
     }
+    // Writing the output would empty the input first: compare the files, not the names, so
+    // that a hard link or another spelling of the path is caught too.
+    struct stat in;
+    struct stat out;
+    if (!o->input.empty() && !o->output.empty() && stat(o->input.c_str(), &in) == 0 &&
+        stat(o->output.c_str(), &out) == 0 && in.st_dev == out.st_dev && in.st_ino == out.st_ino) {
+        *error = "output " + o->output + " is the input file " + o->input;
+        return false;
+    }
     if (!o->properties.empty()) {
+        // Never block on a FIFO, and never run silently without the properties asked for.
+        const int fd = open(o->properties.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+        struct stat st;
+        const bool regular = fd >= 0 && fstat(fd, &st) == 0 && S_ISREG(st.st_mode);
+        const std::string why = fd < 0 ? strerror(errno) : "not a regular file";
+        if (fd >= 0) {
+            close(fd);
+        }
+        if (!regular) {
+            *error = "cannot read --properties " + o->properties + ": " + why;
+            return false;
+        }
         o->properties = Absolute(o->properties);
         setenv("ORLUNE_PROPERTIES", o->properties.c_str(), 1);
     } else if (const char* env = getenv("ORLUNE_PROPERTIES")) {
