@@ -303,6 +303,7 @@ void Orlune::ReloadConfiguration() {
         KivReadConfigTableFromXML(gMusicRegionEnable);
         const VolumeThrRows thresholds = ComputeVolumeThr();
         KivInitConfigPointer();
+        update.Finish();  // the direct tables are built before the block's lock is taken
         InstanceLock lock(*this);
         ApplyVolumeThr(thresholds);
         update.Publish();
