@@ -18,16 +18,20 @@
 namespace popelim {
 
 constexpr unsigned kStereoMaxFrames = kPopBlockBytes / 8;  // 480
-constexpr unsigned kFlagChunk = 16;                        // frames per vectorised chunk
+constexpr unsigned kFlagChunk = 32;                        // frames per vectorised chunk
 constexpr unsigned kFlagPad = 8;                           // a word scan reads past the end
 
 // Both channels of one block; channel c of frame f is buffer[2 f + c].
 struct StereoFlags {
-    // |sample| / 65536 (0 to 32768) of frame f at [c][f + 1]; [c][0] is 0, the level "before"
-    // frame 0, which makes frame 0 no drop.
-    uint16_t level[2][1 + kStereoMaxFrames];
+    // |sample| / 65536 (0 to 32768) of frame f at [c][f + 1]. [c][0] is 0, the level "before"
+    // frame 0, which makes frame 0 no drop; the one after the last frame is 65535, above every
+    // tenth.
+    uint16_t level[2][1 + kStereoMaxFrames + 1];
     uint8_t quiet[2][kStereoMaxFrames + kFlagPad];  // |level| < 10
-    uint8_t drop[2][kStereoMaxFrames + kFlagPad];   // IsDrop(frame f - 1, frame f); frame 0: 0
+    // IsDrop(frame f - 1, frame f), and frame f + 1 stays below the same tenth. A drop whose
+    // next frame does not can never be a falling edge, and the frame after it is no drop
+    // either (it would lie below the tenth), so the search loses nothing by passing over it.
+    uint8_t drop[2][kStereoMaxFrames + kFlagPad];
     unsigned frames;
 };
 
@@ -53,10 +57,12 @@ inline uint16_t AbsLevel(int32_t sample) {
     return static_cast<uint16_t>(((static_cast<uint32_t>(sample) ^ sign) - sign) >> 16);
 }
 
-// IsDrop on levels, in 16-bit lanes: when cur < prev / 10, prev - cur does not wrap.
-inline uint8_t DropFlag(uint16_t prev, uint16_t cur) {
-    return static_cast<uint8_t>((cur < static_cast<uint16_t>(prev / 10)) &
-                                (static_cast<uint16_t>(prev - cur) >= 101));
+// IsDrop on levels with the next frame below the same tenth, in 16-bit lanes: when
+// cur < prev / 10, prev - cur does not wrap.
+inline uint8_t DropFlag(uint16_t prev, uint16_t cur, uint16_t next) {
+    const uint16_t tenth = static_cast<uint16_t>(prev / 10);
+    return static_cast<uint8_t>((cur < tenth) & (static_cast<uint16_t>(prev - cur) >= 101) &
+                                (next < tenth));
 }
 
 // Levels of kFlagChunk stereo frames: a fixed trip count over pointers that do not alias and
@@ -69,12 +75,13 @@ inline void LevelChunk(const int32_t* __restrict data, uint16_t* __restrict left
     }
 }
 
-// Flags of kFlagChunk frames from their levels; level[-1] is the frame before the first.
+// Flags of kFlagChunk frames from their levels; level[-1] is the frame before the first and
+// level[kFlagChunk] the one after the last.
 inline void FlagChunk(const uint16_t* __restrict level, uint8_t* __restrict quiet,
                       uint8_t* __restrict drop) {
     for (int k = 0; k < static_cast<int>(kFlagChunk); ++k) {
         quiet[k] = static_cast<uint8_t>(level[k] < 10);
-        drop[k] = DropFlag(level[k - 1], level[k]);
+        drop[k] = DropFlag(level[k - 1], level[k], level[k + 1]);
     }
 }
 
@@ -111,6 +118,8 @@ inline void ComputeStereoFlags(const int32_t* buffer, unsigned frames, StereoFla
     uint16_t* right = out.level[1] + 1;
     left[-1] = 0;
     right[-1] = 0;
+    left[frames] = 0xFFFF;
+    right[frames] = 0xFFFF;
     unsigned f = 0;
     for (; f + kFlagChunk <= frames; f += kFlagChunk) {
         detail::LevelChunk(buffer + 2 * f, left + f, right + f);
@@ -129,7 +138,7 @@ inline void ComputeStereoFlags(const int32_t* buffer, unsigned frames, StereoFla
         for (; f < frames; ++f) {
             const uint16_t* at = level + f;  // at[-1] is the frame before, even for frame 0
             quiet[f] = static_cast<uint8_t>(at[0] < 10);
-            drop[f] = detail::DropFlag(at[-1], at[0]);
+            drop[f] = detail::DropFlag(at[-1], at[0], at[1]);
         }
         memset(quiet + frames, 0, kFlagPad);
         memset(drop + frames, 0, kFlagPad);
