@@ -14,7 +14,7 @@ public:
         return registry;
     }
 
-    void Publish(std::unique_ptr<ParamTableSet> next) {
+    void Publish(std::unique_ptr<ParamTableSet> next, bool freeReplaced) {
         if (!next->direct.BuiltFor(*next)) {
             next->direct.Build(*next);
         }
@@ -22,7 +22,9 @@ public:
         // seq_cst pairs with Pin: a reader that marked the old set either is seen by the scan
         // below or sees the new pointer when it checks again.
         mReplaced.push_back(mCurrent.exchange(next.release(), std::memory_order_seq_cst));
-        FreeUnusedLocked();
+        if (freeReplaced) {
+            FreeUnusedLocked();
+        }
     }
 
     const ParamTableSet* Current() const { return mCurrent.load(std::memory_order_acquire); }
@@ -168,11 +170,11 @@ void ConfigUpdate::Finish() {
     }
 }
 
-void ConfigUpdate::Publish() {
+void ConfigUpdate::Publish(Replaced replaced) {
     ConfigUpdate& outer = *mOutermost;
     if (!outer.mPublished) {
         outer.mPublished = true;
-        TableSetRegistry::Get().Publish(std::move(outer.mNext));
+        TableSetRegistry::Get().Publish(std::move(outer.mNext), replaced == Replaced::Free);
     }
 }
 

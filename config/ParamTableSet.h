@@ -122,8 +122,11 @@ public:
     // Builds the set's direct tables now rather than in Publish, so that a caller can publish
     // under a lock without building them there. The set must not be changed afterwards.
     void Finish();
-    // Publishes the set now (outermost update only); it must not be changed afterwards.
-    void Publish();
+    // Publishes the set now (outermost update only); it must not be changed afterwards. The
+    // replaced sets that nobody uses are freed at once, or with Keep left to FreeReplacedTables
+    // (freeing a whole set takes long: not while an instance lock is held).
+    enum class Replaced { Free, Keep };
+    void Publish(Replaced replaced = Replaced::Free);
 
 private:
     std::unique_lock<std::recursive_mutex> mLock;
