@@ -6,6 +6,7 @@
 #include "popelim/ChannelSamples.h"
 #include "popelim/EdgeFade.h"
 #include "popelim/EdgeSearch.h"
+#include "popelim/StereoFade.h"
 #include "popelim/StereoSearch.h"
 #include "safe_funcs.h"
 
@@ -56,8 +57,8 @@ void SearchAndFade(Samples& samples, const ProcessHandle& handle, uint32_t size,
 }
 
 // The same for both channels of a stereo buffer, with the searches' per-frame tests done in one
-// vectorised pass over the block. A fade-in changes its channel's samples, so the pass is
-// repeated before that channel's falling-edge search; the other channel's flags stay valid.
+// vectorised pass over the block. A fade-in changes its channel's samples from the edge on, so
+// those are judged again before that channel's falling-edge search.
 void SearchAndFadeStereo(int32_t* buffer, const ProcessHandle& handle, uint32_t size, bool enable,
                          uint32_t frames, uint32_t bufferSamples) {
     StereoFlags flags;
@@ -67,12 +68,20 @@ void SearchAndFadeStereo(int32_t* buffer, const ProcessHandle& handle, uint32_t 
         FixedStrideSamples<2> samples{buffer + c};
         const unsigned rise = FindRaisingEdgeStereo(FlagsOf(flags, buffer, c), c);
         if (rise != 0 && enable) {
-            FadeInFrom(samples, handle, size, rise, writable);
-            ComputeStereoFlags(buffer, frames, flags);
+            if (writable <= kStereoMaxFrames) {
+                FadeInFromStereo(buffer + c, handle, size, rise, writable);
+            } else {
+                FadeInFrom(samples, handle, size, rise, writable);
+            }
+            RefreshStereoFlags(buffer, c, rise, flags);
         }
         const unsigned fall = FindFallingEdgeStereo(FlagsOf(flags, buffer, c), c);
         if (fall != 0 && enable) {
-            FadeOutAt(samples, handle, size, fall, writable);
+            if (writable <= kStereoMaxFrames) {
+                FadeOutAtStereo(buffer + c, handle, size, fall, writable);
+            } else {
+                FadeOutAt(samples, handle, size, fall, writable);
+            }
         }
     }
 }

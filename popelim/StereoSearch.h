@@ -109,6 +109,25 @@ inline unsigned FindFlag(const uint8_t* flags, unsigned from, unsigned frames, b
     return frames;
 }
 
+// The flags of one channel from its levels.
+inline void FlagChannel(StereoFlags& out, unsigned channel) {
+    const unsigned frames = out.frames;
+    const uint16_t* level = out.level[channel] + 1;
+    uint8_t* quiet = out.quiet[channel];
+    uint8_t* drop = out.drop[channel];
+    unsigned f = 0;
+    for (; f + kFlagChunk <= frames; f += kFlagChunk) {
+        FlagChunk(level + f, quiet + f, drop + f);
+    }
+    for (; f < frames; ++f) {
+        const uint16_t* at = level + f;  // at[-1] is the frame before, even for frame 0
+        quiet[f] = static_cast<uint8_t>(at[0] < 10);
+        drop[f] = DropFlag(at[-1], at[0], at[1]);
+    }
+    memset(quiet + frames, 0, kFlagPad);
+    memset(drop + frames, 0, kFlagPad);
+}
+
 }  // namespace detail
 
 // Fills `out` for the first `frames` (<= 480) frames of the stereo `buffer`.
@@ -128,21 +147,20 @@ inline void ComputeStereoFlags(const int32_t* buffer, unsigned frames, StereoFla
         left[f] = detail::AbsLevel(buffer[2 * f]);
         right[f] = detail::AbsLevel(buffer[2 * f + 1]);
     }
-    for (int c = 0; c < 2; ++c) {
-        const uint16_t* level = out.level[c] + 1;
-        uint8_t* quiet = out.quiet[c];
-        uint8_t* drop = out.drop[c];
-        for (f = 0; f + kFlagChunk <= frames; f += kFlagChunk) {
-            detail::FlagChunk(level + f, quiet + f, drop + f);
-        }
-        for (; f < frames; ++f) {
-            const uint16_t* at = level + f;  // at[-1] is the frame before, even for frame 0
-            quiet[f] = static_cast<uint8_t>(at[0] < 10);
-            drop[f] = detail::DropFlag(at[-1], at[0], at[1]);
-        }
-        memset(quiet + frames, 0, kFlagPad);
-        memset(drop + frames, 0, kFlagPad);
+    for (unsigned c = 0; c < 2; ++c) {
+        detail::FlagChannel(out, c);
     }
+}
+
+// After the samples of `channel` changed from frame `from` on (a fade-in), its levels and flags
+// again; the other channel's stay as they are.
+inline void RefreshStereoFlags(const int32_t* buffer, unsigned channel, unsigned from,
+                               StereoFlags& out) {
+    uint16_t* level = out.level[channel] + 1;
+    for (unsigned f = from; f < out.frames; ++f) {
+        level[f] = detail::AbsLevel(buffer[2 * f + channel]);
+    }
+    detail::FlagChannel(out, channel);
 }
 
 // FindRaisingEdgeIn on one channel.
