@@ -6,7 +6,6 @@
 #include "popelim/ChannelSamples.h"
 #include "popelim/EdgeFade.h"
 #include "popelim/EdgeSearch.h"
-#include "popelim/StereoFade.h"
 #include "popelim/StereoSearch.h"
 #include "safe_funcs.h"
 
@@ -68,20 +67,12 @@ void SearchAndFadeStereo(int32_t* buffer, const ProcessHandle& handle, uint32_t 
         FixedStrideSamples<2> samples{buffer + c};
         const unsigned rise = FindRaisingEdgeStereo(FlagsOf(flags, buffer, c), c);
         if (rise != 0 && enable) {
-            if (writable <= kStereoMaxFrames) {
-                FadeInFromStereo(buffer + c, handle, size, rise, writable);
-            } else {
-                FadeInFrom(samples, handle, size, rise, writable);
-            }
+            FadeInFrom(samples, handle, size, rise, writable);
             RefreshStereoFlags(buffer, c, rise, flags);
         }
         const unsigned fall = FindFallingEdgeStereo(FlagsOf(flags, buffer, c), c);
         if (fall != 0 && enable) {
-            if (writable <= kStereoMaxFrames) {
-                FadeOutAtStereo(buffer + c, handle, size, fall, writable);
-            } else {
-                FadeOutAt(samples, handle, size, fall, writable);
-            }
+            FadeOutAt(samples, handle, size, fall, writable);
         }
     }
 }
