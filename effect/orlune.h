@@ -379,11 +379,24 @@ private:
 class InstanceLock {
 public:
     explicit InstanceLock(Orlune& o) : mMutex(o.mMutex) { pthread_mutex_lock(&mMutex); }
+    // For the audio thread. The other holders keep the lock for a few microseconds at most;
+    // a waiter that went to sleep takes longer than that to be woken, so this one retries for
+    // about as long before it waits like every other caller.
+    struct SpinFirst {};
+    InstanceLock(Orlune& o, SpinFirst) : mMutex(o.mMutex) {
+        for (int i = 0; i < kSpinTries; ++i) {
+            if (pthread_mutex_trylock(&mMutex) == 0) {
+                return;
+            }
+        }
+        pthread_mutex_lock(&mMutex);
+    }
     ~InstanceLock() { pthread_mutex_unlock(&mMutex); }
     InstanceLock(const InstanceLock&) = delete;
     InstanceLock& operator=(const InstanceLock&) = delete;
 
 private:
+    static constexpr int kSpinTries = 1000;
     pthread_mutex_t& mMutex;
 };
 
