@@ -93,7 +93,7 @@ void Orlune::UpdateKivAndHandleOutChannel() {
 // The whole block runs under the instance lock and reads one set of parameter tables, so
 // parameter changes, set-up steps and dump switches of other threads land between blocks.
 void Orlune::KivOutProcPlaySamples(short* buffer, int frames, int channels, audio_format_t format) {
-    InstanceLock lock(*this, InstanceLock::SpinFirst{});
+    InstanceLock lock(*this);
     UpdateKivAndHandleOutChannel();
     if (initialised == 0) {
         return;

@@ -375,15 +375,13 @@ private:
     Orlune& operator=(const Orlune&) = delete;
 };
 
-// Holds the instance lock for the scope.
+// Holds the instance lock for the scope. Every holder keeps it for microseconds (a block, or
+// the instance-touching part of a call), less than a waiter that went to sleep takes to be
+// woken, so a caller retries for about that long before it sleeps on the lock. A sleeper would
+// also make the holder pay a wake-up call when it unlocks: the audio thread too.
 class InstanceLock {
 public:
-    explicit InstanceLock(Orlune& o) : mMutex(o.mMutex) { pthread_mutex_lock(&mMutex); }
-    // For the audio thread. The other holders keep the lock for a few microseconds at most;
-    // a waiter that went to sleep takes longer than that to be woken, so this one retries for
-    // about as long before it waits like every other caller.
-    struct SpinFirst {};
-    InstanceLock(Orlune& o, SpinFirst) : mMutex(o.mMutex) {
+    explicit InstanceLock(Orlune& o) : mMutex(o.mMutex) {
         for (int i = 0; i < kSpinTries; ++i) {
             if (pthread_mutex_trylock(&mMutex) == 0) {
                 return;
