@@ -14,12 +14,17 @@ public:
         return registry;
     }
 
-    void Publish(std::unique_ptr<ParamTableSet> next) {
+    void Publish(std::unique_ptr<ParamTableSet> next, bool freeReplaced) {
+        if (!next->direct.BuiltFor(*next)) {
+            next->direct.Build(*next);
+        }
         std::lock_guard<std::mutex> guard(mLock);
         // seq_cst pairs with Pin: a reader that marked the old set either is seen by the scan
         // below or sees the new pointer when it checks again.
         mReplaced.push_back(mCurrent.exchange(next.release(), std::memory_order_seq_cst));
-        FreeUnusedLocked();
+        if (freeReplaced) {
+            FreeUnusedLocked();
+        }
     }
 
     const ParamTableSet* Current() const { return mCurrent.load(std::memory_order_acquire); }
@@ -66,7 +71,11 @@ public:
     }
 
 private:
-    TableSetRegistry() : mCurrent(new ParamTableSet(DefaultParamTables())) {}
+    TableSetRegistry() {
+        ParamTableSet* first = new ParamTableSet(DefaultParamTables());
+        first->direct.Build(*first);
+        mCurrent.store(first);
+    }
     ~TableSetRegistry() {
         delete mCurrent.load();
         for (const ParamTableSet* set : mReplaced) {
@@ -101,6 +110,29 @@ private:
     std::vector<const ParamTableSet*> mReplaced;
 };
 
+void DirectIds::Build(const ParamTableSet& tables) {
+    mEntries.assign(kSlots, DirectIdEntry{nullptr, nullptr, RealParamIdStru{0, 0},
+                                          DirectIdEntry::kNoVirtualId});
+    for (const auto& [virtualId, ids] : tables.gVituralMapTable) {
+        const int32_t slot = Slot(virtualId);
+        if (slot < 0) {
+            continue;
+        }
+        DirectIdEntry& entry = mEntries[static_cast<size_t>(slot)];
+        entry.ids = ids;
+        const auto m = tables.gRealMapTable.find(ids.ID);
+        const auto e = tables.gRealMapTableExt.find(ids.EXTID);
+        if (m == tables.gRealMapTable.end() || e == tables.gRealMapTableExt.end()) {
+            entry.state = DirectIdEntry::kNoRealRecord;
+            continue;
+        }
+        entry.para = &m->second;
+        entry.ext = &e->second;
+        entry.state = DirectIdEntry::kFound;
+    }
+    mOwner = &tables;
+}
+
 namespace {
 
 thread_local ConfigUpdate* tOutermostUpdate = nullptr;
@@ -131,11 +163,18 @@ ConfigUpdate::~ConfigUpdate() {
     }
 }
 
-void ConfigUpdate::Publish() {
+void ConfigUpdate::Finish() {
+    ConfigUpdate& outer = *mOutermost;
+    if (!outer.mPublished) {
+        outer.mNext->direct.Build(*outer.mNext);
+    }
+}
+
+void ConfigUpdate::Publish(Replaced replaced) {
     ConfigUpdate& outer = *mOutermost;
     if (!outer.mPublished) {
         outer.mPublished = true;
-        TableSetRegistry::Get().Publish(std::move(outer.mNext));
+        TableSetRegistry::Get().Publish(std::move(outer.mNext), replaced == Replaced::Free);
     }
 }
 

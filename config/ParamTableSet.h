@@ -16,10 +16,73 @@
 #include <memory>
 #include <mutex>
 #include <string>
+#include <vector>
 
 #include "config/ParamRecords.h"
 
 constexpr int kHpTypeWords = 288;
+
+struct ParamTableSet;
+
+// What one virtual id resolves to in one set, looked up in that set's maps once.
+struct DirectIdEntry {
+    enum State : int32_t { kNoVirtualId = 0, kNoRealRecord = 1, kFound = 2 };
+    const AudioOrluneMobilePara* para;
+    const AudioOrluneMobileParaExt* ext;
+    RealParamIdStru ids;  // valid unless kNoVirtualId
+    int32_t state;
+};
+
+// Direct tables of the virtual ids the mode logic composes on every block: loudspeaker ids
+// fold * 4000 + orientation * 400 + scene * 20 + level (fold 0..2, orientation 0..1) and
+// headphone ids 41000 + mode * 80 + kind * 20 + level (mode 0..8), so that a block finds its
+// records by indexing instead of walking the maps. Built when a set is published, after which
+// the set does not change; a copy of a set starts without them (its records are other objects).
+class DirectIds {
+public:
+    DirectIds() = default;
+    DirectIds(const DirectIds&) {}
+    DirectIds& operator=(const DirectIds&) {
+        mOwner = nullptr;
+        mEntries.clear();
+        return *this;
+    }
+
+    // Resolves every virtual id of `tables` that has a slot. Allocates; control threads only.
+    void Build(const ParamTableSet& tables);
+    bool BuiltFor(const ParamTableSet& tables) const { return mOwner == &tables; }
+    // The entry of `virtualId` when these tables were built for `tables` and the id has a slot;
+    // null otherwise (the caller then looks in the maps).
+    const DirectIdEntry* Find(const ParamTableSet& tables, int32_t virtualId) const {
+        const int32_t slot = Slot(virtualId);
+        if (mOwner != &tables || slot < 0) {
+            return nullptr;
+        }
+        return &mEntries[static_cast<size_t>(slot)];
+    }
+
+    static constexpr int32_t kSpeakerIds = 3 * 4000;  // folds 0..2
+    static constexpr int32_t kSpeakerSlotsPerFold = 2 * 400;
+    static constexpr int32_t kHeadphoneBase = 41000;
+    static constexpr int32_t kHeadphoneSlots = 9 * 80;
+    static constexpr int32_t kSlots = 3 * kSpeakerSlotsPerFold + kHeadphoneSlots;
+
+    static int32_t Slot(int32_t virtualId) {
+        if (virtualId >= 0 && virtualId < kSpeakerIds) {
+            const int32_t inFold = virtualId % 4000;
+            return inFold < kSpeakerSlotsPerFold ? virtualId / 4000 * kSpeakerSlotsPerFold + inFold
+                                                 : -1;
+        }
+        if (virtualId >= kHeadphoneBase && virtualId < kHeadphoneBase + kHeadphoneSlots) {
+            return 3 * kSpeakerSlotsPerFold + (virtualId - kHeadphoneBase);
+        }
+        return -1;
+    }
+
+private:
+    const ParamTableSet* mOwner = nullptr;
+    std::vector<DirectIdEntry> mEntries;
+};
 
 // One complete set of the tables that the configuration files fill and the mode logic reads.
 // The member names are the tables' names in the rest of the code.
@@ -30,6 +93,7 @@ struct ParamTableSet {
     std::map<std::string, int32_t> gHpMapTable;                    // headset name -> type number
     int16_t gParameterHpType[kHpTypeWords] = {};                   // headphone-type rows
     int16_t gUiType = 0;                                           // from the CFG element
+    DirectIds direct;  // built from the maps above when the set is published
 };
 
 // Serialises everything that builds tables or reads files for them: the loads, the staging
@@ -55,8 +119,14 @@ public:
 
     // The set under construction.
     ParamTableSet& Tables() { return *mOutermost->mNext; }
-    // Publishes the set now (outermost update only); it must not be changed afterwards.
-    void Publish();
+    // Builds the set's direct tables now rather than in Publish, so that a caller can publish
+    // under a lock without building them there. The set must not be changed afterwards.
+    void Finish();
+    // Publishes the set now (outermost update only); it must not be changed afterwards. The
+    // replaced sets that nobody uses are freed at once, or with Keep left to FreeReplacedTables
+    // (freeing a whole set takes long: not while an instance lock is held).
+    enum class Replaced { Free, Keep };
+    void Publish(Replaced replaced = Replaced::Free);
 
 private:
     std::unique_lock<std::recursive_mutex> mLock;

@@ -36,6 +36,25 @@ std::atomic<bool> Orlune::gLoadedBinParam{false};
 Orlune::Resolve Orlune::ResolveVirtualId(const ParamTableSet& tables, int virtualId,
                                          RealParamIdStru* ids, const AudioOrluneMobilePara** para,
                                          const AudioOrluneMobileParaExt** ext) {
+    // The ids of the mode logic are looked up in the direct tables of a published set.
+    if (const DirectIdEntry* d = tables.direct.Find(tables, virtualId)) {
+        if (d->state == DirectIdEntry::kNoVirtualId) {
+            return Resolve::NoVirtualId;
+        }
+        if (ids != nullptr) {
+            *ids = d->ids;
+        }
+        if (d->state == DirectIdEntry::kNoRealRecord) {
+            return Resolve::NoRealRecord;
+        }
+        if (para != nullptr) {
+            *para = d->para;
+        }
+        if (ext != nullptr) {
+            *ext = d->ext;
+        }
+        return Resolve::Found;
+    }
     auto v = tables.gVituralMapTable.find(virtualId);
     if (v == tables.gVituralMapTable.end()) {
         return Resolve::NoVirtualId;

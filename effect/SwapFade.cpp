@@ -25,6 +25,18 @@ void StepSwapPos(Orlune& o) {
             pos < 1 ? 0 : (pos >= kSwapFadeFrames ? kSwapFadeFrames : static_cast<int32_t>(pos));
 }
 
+// The same for `frames` frames at once. The position moves monotonically and stays inside
+// 0..9600, so the clamp applied at every step equals one clamp at the end.
+void AdvanceSwapPos(Orlune& o, int frames) {
+    const int64_t pos =
+            static_cast<int64_t>(o.mSwapPos) + static_cast<int64_t>(o.param5Step) * frames;
+    if (frames <= 0) {
+        return;
+    }
+    o.mSwapPos =
+            pos < 1 ? 0 : (pos >= kSwapFadeFrames ? kSwapFadeFrames : static_cast<int32_t>(pos));
+}
+
 void FadeStereo(Orlune& o, int32_t* frame) {
     const int32_t p = o.mSwapPos;
     if (o.param5Flag != 0 && p == 0) {
@@ -81,12 +93,16 @@ void Orlune::SwapChannel(int frames, int channels) {
         return;
     }
     const bool active = mDeviceType == 1 && mIoInfo.enable != 0 && param37Flag == 0;
+    if (!active || channels != 2) {
+        AdvanceSwapPos(*this, frames);  // no frame is touched
+        return;
+    }
     const int64_t start =
             static_cast<int64_t>(inBufOffset) - static_cast<int64_t>(frames) * channels;
     for (int f = 0; f < frames; ++f) {
         StepSwapPos(*this);
         const int64_t at = start + static_cast<int64_t>(f) * channels;
-        if (active && channels == 2 && at >= 0) {
+        if (at >= 0) {
             FadeStereo(*this, mInputCache + at);
         }
     }
@@ -99,12 +115,16 @@ void Orlune::SwapFourChannel(int frames, int channels) {
         return;
     }
     const bool active = mDeviceType == 1 && mIoInfo.enable != 0;
+    if (!active || channels != 4) {
+        AdvanceSwapPos(*this, frames);  // no frame is touched
+        return;
+    }
     const int64_t start =
             static_cast<int64_t>(outBufOffset) - static_cast<int64_t>(frames) * channels;
     for (int f = 0; f < frames; ++f) {
         StepSwapPos(*this);
         const int64_t at = start + static_cast<int64_t>(f) * channels;
-        if (active && channels == 4 && at >= 0) {
+        if (at >= 0) {
             FadeFour(*this, mOutputBuffer + at);
         }
     }

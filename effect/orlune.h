@@ -375,15 +375,26 @@ private:
     Orlune& operator=(const Orlune&) = delete;
 };
 
-// Holds the instance lock for the scope.
+// Holds the instance lock for the scope. Every holder keeps it for microseconds (a block, or
+// the instance-touching part of a call), less than a waiter that went to sleep takes to be
+// woken, so a caller retries for about that long before it sleeps on the lock. A sleeper would
+// also make the holder pay a wake-up call when it unlocks: the audio thread too.
 class InstanceLock {
 public:
-    explicit InstanceLock(Orlune& o) : mMutex(o.mMutex) { pthread_mutex_lock(&mMutex); }
+    explicit InstanceLock(Orlune& o) : mMutex(o.mMutex) {
+        for (int i = 0; i < kSpinTries; ++i) {
+            if (pthread_mutex_trylock(&mMutex) == 0) {
+                return;
+            }
+        }
+        pthread_mutex_lock(&mMutex);
+    }
     ~InstanceLock() { pthread_mutex_unlock(&mMutex); }
     InstanceLock(const InstanceLock&) = delete;
     InstanceLock& operator=(const InstanceLock&) = delete;
 
 private:
+    static constexpr int kSpinTries = 1000;
     pthread_mutex_t& mMutex;
 };
 

@@ -11,6 +11,7 @@
 #include "popelim/CuttingEdge.h"
 #include "popelim/EdgeSearch.h"
 #include "popelim/FallingPopElim.h"
+#include "popelim/StereoSearch.h"
 
 namespace {
 
@@ -55,14 +56,18 @@ std::vector<int32_t> ConsumeBlock(FuzzedDataProvider& in, unsigned size) {
     return block;
 }
 
-// The fast scans of the processing path must agree with the plain frame-by-frame searches.
+// The flag-based stereo searches of the processing path must agree with the plain
+// frame-by-frame searches (up to 480 frames, the most a stereo block holds).
 void CheckScans(int32_t* buffer, unsigned frames) {
+    frames = frames < popelim::kStereoMaxFrames ? frames : popelim::kStereoMaxFrames;
+    popelim::StereoFlags flags;
+    popelim::ComputeStereoFlags(buffer, frames, flags);
     for (unsigned c = 0; c < 2; ++c) {
-        const popelim::FixedStrideSamples<2> fast{buffer + c};
         const popelim::ChannelSamples plain{buffer + c, 2};
-        if (popelim::FindRaisingEdgeIn(fast, frames, c) !=
+        const popelim::ChannelFlags fast = popelim::FlagsOf(flags, buffer, c);
+        if (popelim::FindRaisingEdgeStereo(fast, c) !=
                     popelim::FindRaisingEdgeIn(plain, frames, c) ||
-            popelim::FindFallingEdgeIn(fast, frames, c) !=
+            popelim::FindFallingEdgeStereo(fast, c) !=
                     popelim::FindFallingEdgeIn(plain, frames, c)) {
             abort();
         }

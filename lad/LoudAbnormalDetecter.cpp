@@ -129,8 +129,9 @@ int LoudAbnormalDetecter::LadDeinit() {
     return ret;
 }
 
-int LoudAbnormalDetecter::SetInputBuffer(sp<LadReportInfo> info, const void* buffer, int frames,
-                                         int sampleRate, audio_format_t format, int channels) {
+int LoudAbnormalDetecter::SetInputBuffer(const sp<LadReportInfo>& info, const void* buffer,
+                                         int frames, int sampleRate, audio_format_t format,
+                                         int channels) {
     LoudDetector* lad = mReady.load(std::memory_order_acquire);
     if (lad == nullptr) {
         return 0;
@@ -138,8 +139,9 @@ int LoudAbnormalDetecter::SetInputBuffer(sp<LadReportInfo> info, const void* buf
     return lad->SetInputBuffer(info, buffer, frames, sampleRate, format, channels);
 }
 
-int LoudAbnormalDetecter::SetOutputBuffer(sp<LadReportInfo> info, const void* buffer, int frames,
-                                          int sampleRate, audio_format_t format, int channels) {
+int LoudAbnormalDetecter::SetOutputBuffer(const sp<LadReportInfo>& info, const void* buffer,
+                                          int frames, int sampleRate, audio_format_t format,
+                                          int channels) {
     LoudDetector* lad = mReady.load(std::memory_order_acquire);
     if (lad == nullptr) {
         return 0;
@@ -147,7 +149,8 @@ int LoudAbnormalDetecter::SetOutputBuffer(sp<LadReportInfo> info, const void* bu
     return lad->SetOutputBuffer(info, buffer, frames, sampleRate, format, channels);
 }
 
-int LoudAbnormalDetecter::CheckBuffer(sp<LadReportInfo> first, sp<LadReportInfo> second) {
+int LoudAbnormalDetecter::CheckBuffer(const sp<LadReportInfo>& first,
+                                      const sp<LadReportInfo>& second) {
     LoudDetector* lad = mReady.load(std::memory_order_acquire);
     if (lad == nullptr) {
         return 0;
@@ -155,7 +158,8 @@ int LoudAbnormalDetecter::CheckBuffer(sp<LadReportInfo> first, sp<LadReportInfo>
     return lad->CheckBuffer(first, second);
 }
 
-int LoudAbnormalDetecter::UpdateProcTime(sp<LadReportInfo> first, sp<LadReportInfo> second) {
+int LoudAbnormalDetecter::UpdateProcTime(const sp<LadReportInfo>& first,
+                                         const sp<LadReportInfo>& second) {
     LoudDetector* lad = mReady.load(std::memory_order_acquire);
     if (lad == nullptr) {
         return 0;
@@ -191,7 +195,7 @@ void LoudAbnormalDetecter::LadInfoInit(sp<LadReportInfo> info) {
     info->infoFlag1 = 0;
 }
 
-void LoudAbnormalDetecter::SetLadVolumeIndex(sp<LadReportInfo> info, int index) {
+void LoudAbnormalDetecter::SetLadVolumeIndex(const sp<LadReportInfo>& info, int index) {
     if (info == nullptr) {
         return;
     }

@@ -26,16 +26,19 @@ public:
     void LoadLadProc(int type);
     void LadInit(int type);
     int LadDeinit();
-    int SetInputBuffer(sp<LadReportInfo> info, const void* buffer, int frames, int sampleRate,
-                       audio_format_t format, int channels);
-    int SetOutputBuffer(sp<LadReportInfo> info, const void* buffer, int frames, int sampleRate,
-                        audio_format_t format, int channels);
-    int CheckBuffer(sp<LadReportInfo> first, sp<LadReportInfo> second);
-    int UpdateProcTime(sp<LadReportInfo> first, sp<LadReportInfo> second);
+    // The calls made on every block or frame take the records by reference: the detector's own
+    // slots take them by value, so they are copied (two atomic counts each) only when a
+    // detector is there to receive them.
+    int SetInputBuffer(const sp<LadReportInfo>& info, const void* buffer, int frames,
+                       int sampleRate, audio_format_t format, int channels);
+    int SetOutputBuffer(const sp<LadReportInfo>& info, const void* buffer, int frames,
+                        int sampleRate, audio_format_t format, int channels);
+    int CheckBuffer(const sp<LadReportInfo>& first, const sp<LadReportInfo>& second);
+    int UpdateProcTime(const sp<LadReportInfo>& first, const sp<LadReportInfo>& second);
     int SetStartStream(sp<LadReportInfo> first, sp<LadReportInfo> second);
     int SetStopStream(sp<LadReportInfo> first, sp<LadReportInfo> second);
     void LadInfoInit(sp<LadReportInfo> info);
-    void SetLadVolumeIndex(sp<LadReportInfo> info, int index);
+    void SetLadVolumeIndex(const sp<LadReportInfo>& info, int index);
     void SetLadPlayAppName(sp<LadReportInfo> info, const String8& name);
 
     GetLadInstanceFn mGetLadInstance = nullptr;

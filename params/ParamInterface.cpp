@@ -303,9 +303,10 @@ void Orlune::ReloadConfiguration() {
         KivReadConfigTableFromXML(gMusicRegionEnable);
         const VolumeThrRows thresholds = ComputeVolumeThr();
         KivInitConfigPointer();
+        update.Finish();  // the direct tables are built before the block's lock is taken
         InstanceLock lock(*this);
         ApplyVolumeThr(thresholds);
-        update.Publish();
+        update.Publish(ConfigUpdate::Replaced::Keep);  // freed below, without the lock
     }
     // Blocks that started with the old tables end within a block's time.
     FreeReplacedTables(kFreeWaitMs);

@@ -3,8 +3,7 @@
 //
 // Each search reads one channel through a view of ChannelSamples.h, judges each sample by its
 // 16-bit level and logs what it finds with the pop eliminator's tag (`channel` is only logged).
-// The idle stretches (loud signal while seeking silence, silence while waiting for its end, no
-// drop while waiting for one) are passed over four frames at a time in a stereo buffer.
+// StereoSearch.h has the same searches for the stereo processing path.
 #pragma once
 
 #include <android/log.h>
@@ -13,7 +12,6 @@
 
 #include "effect/LogTags.h"
 #include "popelim/ChannelSamples.h"
-#include "popelim/StereoScan.h"
 
 namespace popelim {
 
@@ -40,42 +38,21 @@ inline bool IsDrop(int32_t prevSample, int32_t curSample) {
     return 10 * cur + 10 <= prev && prev - cur >= 101;
 }
 
-// The tests that the searches skip over idle stretches with. Each judges a frame by its sample
-// and the one before it, and can judge four stereo frames at once (see StereoScan.h).
+// The tests that the searches look for, each judging a frame by its sample and the one before.
 struct QuietTest {
     bool operator()(int32_t, int32_t cur) const { return IsQuietSample(cur); }
-    static unsigned Skip(const int32_t* data, unsigned from, unsigned frames) {
-        return SkipUntilQuietIs(data, from, frames, true);
-    }
 };
 struct LoudTest {
     bool operator()(int32_t, int32_t cur) const { return !IsQuietSample(cur); }
-    static unsigned Skip(const int32_t* data, unsigned from, unsigned frames) {
-        return SkipUntilQuietIs(data, from, frames, false);
-    }
 };
 struct DropTest {
     bool operator()(int32_t prev, int32_t cur) const { return IsDrop(prev, cur); }
-    static unsigned Skip(const int32_t* data, unsigned from, unsigned frames) {
-        return SkipUntilDrop(data, from, frames);
-    }
 };
 
 // First frame from `from` (>= 1) to `frames` - 1 that passes `test`, or `frames`.
 template <class Samples, class Test>
 unsigned FirstFrameWhere(const Samples& samples, unsigned from, unsigned frames, Test test) {
     unsigned i = from;
-    while (i < frames && !test(samples.Get(i - 1), samples.Get(i))) {
-        ++i;
-    }
-    return i;
-}
-
-// The same for a stereo channel, which passes over idle frames four at a time first.
-template <class Test>
-unsigned FirstFrameWhere(const FixedStrideSamples<2>& samples, unsigned from, unsigned frames,
-                         Test test) {
-    unsigned i = Test::Skip(samples.data, from, frames);
     while (i < frames && !test(samples.Get(i - 1), samples.Get(i))) {
         ++i;
     }

@@ -6,6 +6,7 @@
 #include "popelim/ChannelSamples.h"
 #include "popelim/EdgeFade.h"
 #include "popelim/EdgeSearch.h"
+#include "popelim/StereoSearch.h"
 #include "safe_funcs.h"
 
 namespace popelim {
@@ -54,6 +55,28 @@ void SearchAndFade(Samples& samples, const ProcessHandle& handle, uint32_t size,
     }
 }
 
+// The same for both channels of a stereo buffer, with the searches' per-frame tests done in one
+// vectorised pass over the block. A fade-in changes its channel's samples from the edge on, so
+// those are judged again before that channel's falling-edge search.
+void SearchAndFadeStereo(int32_t* buffer, const ProcessHandle& handle, uint32_t size, bool enable,
+                         uint32_t frames, uint32_t bufferSamples) {
+    StereoFlags flags;
+    ComputeStereoFlags(buffer, frames, flags);
+    for (unsigned c = 0; c < 2; ++c) {
+        const uint32_t writable = WritableFrames(bufferSamples, 2, c);
+        FixedStrideSamples<2> samples{buffer + c};
+        const unsigned rise = FindRaisingEdgeStereo(FlagsOf(flags, buffer, c), c);
+        if (rise != 0 && enable) {
+            FadeInFrom(samples, handle, size, rise, writable);
+            RefreshStereoFlags(buffer, c, rise, flags);
+        }
+        const unsigned fall = FindFallingEdgeStereo(FlagsOf(flags, buffer, c), c);
+        if (fall != 0 && enable) {
+            FadeOutAt(samples, handle, size, fall, writable);
+        }
+    }
+}
+
 }  // namespace
 
 bool BlockPointersPresent(const ProcessHandle* handle, const void* input) {
@@ -76,15 +99,14 @@ int32_t* RunBlock(ProcessHandle* handle, const void* input, uint32_t size, bool 
     uint32_t frames = FramesIn(*handle, handle->curBufferSize);
     const uint32_t bufferFrames = channels == 0 ? 0 : bufferSamples / channels;
     frames = frames < bufferFrames ? frames : bufferFrames;
+    if (channels == 2 && frames <= kStereoMaxFrames) {
+        SearchAndFadeStereo(handle->buffer, *handle, size, enable, frames, bufferSamples);
+        return handle->buffer;
+    }
     for (unsigned c = 0; c < channels; ++c) {
         const uint32_t writable = WritableFrames(bufferSamples, channels, c);
-        if (channels == 2) {
-            FixedStrideSamples<2> samples{handle->buffer + c};
-            SearchAndFade(samples, *handle, size, enable, frames, c, writable);
-        } else {
-            ChannelSamples samples{handle->buffer + c, channels};
-            SearchAndFade(samples, *handle, size, enable, frames, c, writable);
-        }
+        ChannelSamples samples{handle->buffer + c, channels};
+        SearchAndFade(samples, *handle, size, enable, frames, c, writable);
     }
     return handle->buffer;
 }

@@ -8,6 +8,7 @@
 #include "effect/LogTags.h"
 #include "popelim/EdgeSearch.h"
 #include "popelim/RampDivider.h"
+#include "popelim/StereoSearch.h"
 #include "tests/popelim/PopElimTestUtil.h"
 #include "tests/support/LogCapture.h"
 
@@ -120,9 +121,9 @@ TEST_F(EdgeTest, FadesRiseFromZeroToTheBlockEndOrFormAVWithItsBottomAtTheEdge) {
               (std::vector<int32_t>{10737418, 1063004406, k}));
 }
 
-// The four-frame stereo scans of the processing path find exactly what the frame-by-frame
+// The flag-based stereo searches of the processing path find exactly what the frame-by-frame
 // searches find.
-TEST(PopElimFastPathTest, StereoScansFindWhatFrameByFrameSearchesFind) {
+TEST(PopElimFastPathTest, StereoSearchesFindWhatFrameByFrameSearchesFind) {
     static const int kLevels[] = {0, 1, 9, 10, 11, 99, 100, 101, 110, 111, 200, 1999, 2000, 20000};
     static const int32_t kExtremes[] = {INT32_MIN, INT32_MAX};
     std::mt19937 rng(20240611);
@@ -141,13 +142,15 @@ TEST(PopElimFastPathTest, StereoScansFindWhatFrameByFrameSearchesFind) {
             b.s[i % kFrames * 2 + i / kFrames] = pick < 2 ? kExtremes[pick] : (pick % 4 ? s : -s);
         }
         const unsigned frames = round % 7 == 0 ? 1 + rng() % kFrames : kFrames;
+        popelim::StereoFlags flags;
+        popelim::ComputeStereoFlags(b.s.data(), frames, flags);
         for (unsigned c = 0; c < 2; ++c) {
-            const popelim::FixedStrideSamples<2> fast{b.s.data() + c};
             const popelim::ChannelSamples plain{b.s.data() + c, 2};
             const unsigned rise = popelim::FindRaisingEdgeIn(plain, frames, c);
             const unsigned fall = popelim::FindFallingEdgeIn(plain, frames, c);
-            ASSERT_EQ(popelim::FindRaisingEdgeIn(fast, frames, c), rise) << round;
-            ASSERT_EQ(popelim::FindFallingEdgeIn(fast, frames, c), fall) << round;
+            const popelim::ChannelFlags fast = popelim::FlagsOf(flags, b.s.data(), c);
+            ASSERT_EQ(popelim::FindRaisingEdgeStereo(fast, c), rise) << round;
+            ASSERT_EQ(popelim::FindFallingEdgeStereo(fast, c), fall) << round;
             found[0] += rise != 0;
             found[1] += fall != 0;
         }

@@ -1,0 +1,253 @@
+// The edge searches of EdgeSearch.h for one channel of an interleaved stereo work buffer, with
+// the per-frame tests done in one pass over the block: the |level| of every frame, and byte flags
+// for "quiet" and "drops from the frame before". That pass is plain code in chunks of fixed
+// length, which the compiler turns into vector code on any target. The searches then jump from
+// flag to flag eight frames at a time and look at single frames only around a hit. They find the
+// same frames and log the same lines as FindRaisingEdgeIn and FindFallingEdgeIn.
+#pragma once
+
+#include <android/log.h>
+#include <stdint.h>
+#include <stdlib.h>
+#include <string.h>
+
+#include "effect/LogTags.h"
+#include "popelim/EdgeSearch.h"
+#include "popelim/ProcessTypes.h"
+
+namespace popelim {
+
+constexpr unsigned kStereoMaxFrames = kPopBlockBytes / 8;  // 480
+constexpr unsigned kFlagChunk = 32;                        // frames per vectorised chunk
+constexpr unsigned kFlagPad = 8;                           // a word scan reads past the end
+
+// Both channels of one block; channel c of frame f is buffer[2 f + c].
+struct StereoFlags {
+    // |sample| / 65536 (0 to 32768) of frame f at [c][f + 1]. [c][0] is 0, the level "before"
+    // frame 0, which makes frame 0 no drop; the one after the last frame is 65535, above every
+    // tenth.
+    uint16_t level[2][1 + kStereoMaxFrames + 1];
+    uint8_t quiet[2][kStereoMaxFrames + kFlagPad];  // |level| < 10
+    // IsDrop(frame f - 1, frame f), and frame f + 1 stays below the same tenth. A drop whose
+    // next frame does not can never be a falling edge, and the frame after it is no drop
+    // either (it would lie below the tenth), so the search loses nothing by passing over it.
+    uint8_t drop[2][kStereoMaxFrames + kFlagPad];
+    unsigned frames;
+};
+
+// What the searches read of one channel.
+struct ChannelFlags {
+    const int32_t* data;  // the channel's first sample; frame f is data[2 f]
+    const uint16_t* level;
+    const uint8_t* quiet;
+    const uint8_t* drop;
+    unsigned frames;
+};
+
+inline ChannelFlags FlagsOf(const StereoFlags& flags, const int32_t* buffer, unsigned channel) {
+    return ChannelFlags{buffer + channel, flags.level[channel] + 1, flags.quiet[channel],
+                        flags.drop[channel], flags.frames};
+}
+
+namespace detail {
+
+inline uint16_t AbsLevel(int32_t sample) {
+    // In unsigned arithmetic, so that |INT32_MIN| = 2^31 gives 32768.
+    const uint32_t sign = static_cast<uint32_t>(sample >> 31);
+    return static_cast<uint16_t>(((static_cast<uint32_t>(sample) ^ sign) - sign) >> 16);
+}
+
+// IsDrop on levels with the next frame below the same tenth, in 16-bit lanes: when
+// cur < prev / 10, prev - cur does not wrap.
+inline uint8_t DropFlag(uint16_t prev, uint16_t cur, uint16_t next) {
+    const uint16_t tenth = static_cast<uint16_t>(prev / 10);
+    return static_cast<uint8_t>((cur < tenth) & (static_cast<uint16_t>(prev - cur) >= 101) &
+                                (next < tenth));
+}
+
+// Levels of kFlagChunk stereo frames: a fixed trip count over pointers that do not alias and
+// both samples of each frame, so the loop is vectorised.
+inline void LevelChunk(const int32_t* __restrict data, uint16_t* __restrict left,
+                       uint16_t* __restrict right) {
+    for (int k = 0; k < static_cast<int>(kFlagChunk); ++k) {
+        left[k] = AbsLevel(data[2 * k]);
+        right[k] = AbsLevel(data[2 * k + 1]);
+    }
+}
+
+// Flags of kFlagChunk frames from their levels; level[-1] is the frame before the first and
+// level[kFlagChunk] the one after the last.
+inline void FlagChunk(const uint16_t* __restrict level, uint8_t* __restrict quiet,
+                      uint8_t* __restrict drop) {
+    for (int k = 0; k < static_cast<int>(kFlagChunk); ++k) {
+        quiet[k] = static_cast<uint8_t>(level[k] < 10);
+        drop[k] = DropFlag(level[k - 1], level[k], level[k + 1]);
+    }
+}
+
+// First frame from `from` to `frames` - 1 whose flag is `want`, or `frames`. Reads whole
+// words of eight flags; the padding keeps them inside the array.
+inline unsigned FindFlag(const uint8_t* flags, unsigned from, unsigned frames, bool want) {
+    constexpr uint64_t kOnes = 0x0101010101010101ull;
+    const uint64_t flip = want ? 0 : kOnes;
+    for (unsigned i = from; i < frames; i += 8) {
+        uint64_t word;
+        memcpy(&word, flags + i, sizeof(word));
+        word ^= flip;
+        if (word != 0) {
+#if defined(__BYTE_ORDER__) && __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__
+            const unsigned hit = i + static_cast<unsigned>(__builtin_ctzll(word)) / 8;
+#else
+            unsigned hit = i;
+            while (flags[hit] != (want ? 1 : 0)) {
+                ++hit;
+            }
+#endif
+            return hit < frames ? hit : frames;
+        }
+    }
+    return frames;
+}
+
+// The flags of one channel from its levels.
+inline void FlagChannel(StereoFlags& out, unsigned channel) {
+    const unsigned frames = out.frames;
+    const uint16_t* level = out.level[channel] + 1;
+    uint8_t* quiet = out.quiet[channel];
+    uint8_t* drop = out.drop[channel];
+    unsigned f = 0;
+    for (; f + kFlagChunk <= frames; f += kFlagChunk) {
+        FlagChunk(level + f, quiet + f, drop + f);
+    }
+    for (; f < frames; ++f) {
+        const uint16_t* at = level + f;  // at[-1] is the frame before, even for frame 0
+        quiet[f] = static_cast<uint8_t>(at[0] < 10);
+        drop[f] = DropFlag(at[-1], at[0], at[1]);
+    }
+    memset(quiet + frames, 0, kFlagPad);
+    memset(drop + frames, 0, kFlagPad);
+}
+
+}  // namespace detail
+
+// Fills `out` for the first `frames` (<= 480) frames of the stereo `buffer`.
+inline void ComputeStereoFlags(const int32_t* buffer, unsigned frames, StereoFlags& out) {
+    out.frames = frames;
+    uint16_t* left = out.level[0] + 1;
+    uint16_t* right = out.level[1] + 1;
+    left[-1] = 0;
+    right[-1] = 0;
+    left[frames] = 0xFFFF;
+    right[frames] = 0xFFFF;
+    unsigned f = 0;
+    for (; f + kFlagChunk <= frames; f += kFlagChunk) {
+        detail::LevelChunk(buffer + 2 * f, left + f, right + f);
+    }
+    for (; f < frames; ++f) {
+        left[f] = detail::AbsLevel(buffer[2 * f]);
+        right[f] = detail::AbsLevel(buffer[2 * f + 1]);
+    }
+    for (unsigned c = 0; c < 2; ++c) {
+        detail::FlagChannel(out, c);
+    }
+}
+
+// After the samples of `channel` changed from frame `from` on (a fade-in), its levels and flags
+// again; the other channel's stay as they are.
+inline void RefreshStereoFlags(const int32_t* buffer, unsigned channel, unsigned from,
+                               StereoFlags& out) {
+    uint16_t* level = out.level[channel] + 1;
+    for (unsigned f = from; f < out.frames; ++f) {
+        level[f] = detail::AbsLevel(buffer[2 * f + channel]);
+    }
+    detail::FlagChannel(out, channel);
+}
+
+// FindRaisingEdgeIn on one channel.
+inline unsigned FindRaisingEdgeStereo(const ChannelFlags& flags, unsigned channel) {
+    const int32_t* data = flags.data;
+    const unsigned frames = flags.frames;
+    unsigned i = 1;
+    while (i < frames) {
+        // Seek a quiet frame, then the end of its quiet stretch.
+        i = detail::FindFlag(flags.quiet, i, frames, true);
+        if (i >= frames) {
+            break;
+        }
+        const unsigned loud = detail::FindFlag(flags.quiet, i + 1, frames, false);
+        // The first quiet frame counts as 2: a count of 11 is ten quiet frames.
+        const unsigned quietCount = 2 + (loud - (i + 1));
+        i = loud;
+        if (i >= frames) {
+            break;
+        }
+        int cur = SampleLevel(data[2 * i]);
+        int prev = SampleLevel(data[2 * (i - 1)]);
+        unsigned found = 0;
+        if (quietCount < 11) {
+            ++i;
+            continue;
+        }
+        if (IsOnset(cur, prev)) {
+            found = i;
+        } else {
+            // A candidate: confirmed by a steep rise within 13 frames.
+            const unsigned candidate = i;
+            int peak = abs(cur);
+            int countdown = 13;
+            for (++i; i < frames; ++i) {
+                cur = SampleLevel(data[2 * i]);
+                prev = SampleLevel(data[2 * (i - 1)]);
+                const int level = abs(cur);
+                if (countdown >= 1 && level < 2 * peak) {
+                    peak = level > peak ? level : peak;
+                    --countdown;
+                    continue;
+                }
+                if (IsOnset(cur, prev)) {
+                    found = candidate;
+                }
+                break;
+            }
+            if (found == 0) {
+                ++i;
+                continue;
+            }
+        }
+        __android_log_print(ANDROID_LOG_INFO, kTagPop,
+                            "raising edge fade in, pos = %u, value = %d, channel = %d", found, cur,
+                            static_cast<int>(channel));
+        return found;
+    }
+    return 0;
+}
+
+// FindFallingEdgeIn on one channel.
+inline unsigned FindFallingEdgeStereo(const ChannelFlags& flags, unsigned channel) {
+    const int32_t* data = flags.data;
+    const unsigned frames = flags.frames;
+    unsigned i = 1;
+    while (i < frames) {
+        const unsigned position = detail::FindFlag(flags.drop, i, frames, true);
+        if (position >= frames) {
+            break;
+        }
+        const int limit = flags.level[position - 1] / 10;
+        unsigned j = position;
+        for (; j < frames && flags.level[j] < limit; ++j) {
+            const unsigned span = j - position;
+            if ((span >= 10 && j == frames - 1 && span < 48) || span >= 47) {
+                const int reference = SampleLevel(data[2 * (position - 1)]);
+                __android_log_print(ANDROID_LOG_INFO, kTagPop,
+                                    "falling edge fade out, pos = %u, value = %d, channel = %d",
+                                    position, reference, static_cast<int>(channel));
+                return position;
+            }
+        }
+        // The frame that ended the stretch is not judged as a drop; the one after it is.
+        i = j + 1;
+    }
+    return 0;
+}
+
+}  // namespace popelim

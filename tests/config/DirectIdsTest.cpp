@@ -1,0 +1,86 @@
+// The direct tables of a published set resolve every id exactly as the maps do, and a set that
+// was not published (a copy, a set a test builds) is resolved through its maps.
+#include <gtest/gtest.h>
+
+#include "effect/orlune.h"
+
+namespace {
+
+struct Outcome {
+    Orlune::Resolve result;
+    RealParamIdStru ids;
+    const AudioOrluneMobilePara* para;
+    const AudioOrluneMobileParaExt* ext;
+};
+
+Outcome ResolveIn(const ParamTableSet& tables, int id) {
+    Outcome o{Orlune::Resolve::NoVirtualId, RealParamIdStru{-1, -1}, nullptr, nullptr};
+    o.result = Orlune::ResolveVirtualId(tables, id, &o.ids, &o.para, &o.ext);
+    return o;
+}
+
+// Every map lookup of ResolveVirtualId, done by hand.
+Outcome ResolveByMaps(const ParamTableSet& tables, int id) {
+    Outcome o{Orlune::Resolve::NoVirtualId, RealParamIdStru{-1, -1}, nullptr, nullptr};
+    auto v = tables.gVituralMapTable.find(id);
+    if (v == tables.gVituralMapTable.end()) {
+        return o;
+    }
+    o.ids = v->second;
+    auto m = tables.gRealMapTable.find(v->second.ID);
+    auto e = tables.gRealMapTableExt.find(v->second.EXTID);
+    if (m == tables.gRealMapTable.end() || e == tables.gRealMapTableExt.end()) {
+        o.result = Orlune::Resolve::NoRealRecord;
+        return o;
+    }
+    o.result = Orlune::Resolve::Found;
+    o.para = &m->second;
+    o.ext = &e->second;
+    return o;
+}
+
+void ExpectSame(const Outcome& a, const Outcome& b, int id) {
+    EXPECT_EQ(a.result, b.result) << id;
+    EXPECT_EQ(a.ids.ID, b.ids.ID) << id;
+    EXPECT_EQ(a.ids.EXTID, b.ids.EXTID) << id;
+    EXPECT_EQ(a.para, b.para) << id;
+    EXPECT_EQ(a.ext, b.ext) << id;
+}
+
+TEST(DirectIds, PublishedSetResolvesLikeItsMapsAtEverySlotEdge) {
+    {
+        ConfigUpdate update;
+        ParamTableSet& t = update.Tables();
+        // Found, record missing (main, extended), and ids at the edges of the slot ranges and
+        // just outside them (which the maps still resolve).
+        const int found[] = {0, 4006, 4400, 4799, 11999, 41000, 41719, 4800, 12000, 41720, -20};
+        for (int id : found) {
+            t.gVituralMapTable[id] = RealParamIdStru{id * 2 + 1, id * 2};
+            t.gRealMapTable[id * 2 + 1] = AudioOrluneMobilePara{};
+            t.gRealMapTableExt[id * 2] = AudioOrluneMobileParaExt{};
+        }
+        t.gVituralMapTable[20] = RealParamIdStru{7001, 7002};  // no main record
+        t.gRealMapTableExt[7002] = AudioOrluneMobileParaExt{};
+        t.gVituralMapTable[41081] = RealParamIdStru{7003, 7004};  // no extended record
+        t.gRealMapTable[7003] = AudioOrluneMobilePara{};
+    }
+    const ParamTableSet& published = PublishedTables();
+    const int probes[] = {0,     1,     20,    4006,  4007,  4400,  4799,  4800, 8000,
+                          11999, 12000, 40999, 41000, 41081, 41719, 41720, -20,  -1};
+    for (int id : probes) {
+        ExpectSame(ResolveIn(published, id), ResolveByMaps(published, id), id);
+    }
+    EXPECT_EQ(ResolveIn(published, 4006).result, Orlune::Resolve::Found);
+    EXPECT_EQ(ResolveIn(published, 20).result, Orlune::Resolve::NoRealRecord);
+    EXPECT_EQ(ResolveIn(published, 41081).result, Orlune::Resolve::NoRealRecord);
+
+    // A copy has its own records: it must never be handed the published set's.
+    ParamTableSet copy = published;
+    copy.gRealMapTable.erase(4006 * 2 + 1);
+    for (int id : probes) {
+        ExpectSame(ResolveIn(copy, id), ResolveByMaps(copy, id), id);
+    }
+    EXPECT_EQ(ResolveIn(copy, 4006).result, Orlune::Resolve::NoRealRecord);
+}
+
+}  // namespace
