@@ -1,15 +1,15 @@
 // Integer parameters from the host. Setting a parameter only records it in the instance (or in
 // a process-wide flag); the next processing block turns the recorded state into tuning. Only
-// ids 1 (region), 33 (reload) and 100 (dump) act at once. A setter changes the instance under
-// the instance lock, so the change lands between two blocks.
+// kIdMusicRegion, kIdReloadConfig and kIdPcmDump act at once. A setter changes the instance
+// under the instance lock, so the change lands between two blocks.
 #include "effect/LogTags.h"
 #include "effect/orlune.h"
 #include "params/ParamIds.h"
 
 namespace {
 
-// Which handler an integer id goes to. Id 48 is known to the APK handler (voice enhancement)
-// but deliberately not routed to it, so voice enhancement keeps its initial setting.
+// Which handler an integer id goes to. kIdVoiceEnhance is known to the APK handler but
+// deliberately not routed to it, so voice enhancement keeps its initial setting.
 enum class Route { Invalid, Other, Apk, Heq, Device, Ignore, Dump };
 
 Route RouteOf(int key) {
@@ -109,7 +109,7 @@ void Orlune::KivParamsSetInt(int key, int value) {
     }
 }
 
-// Ids 1 and 33 are called without the instance lock, every other id with it.
+// kIdMusicRegion and kIdReloadConfig come without the instance lock, every other id with it.
 void Orlune::SetKivOtherParam(int key, int value) {
     switch (key) {
         case kIdWidenEnable:
