@@ -12,13 +12,21 @@ constexpr int kEightChannelFrameSamples = kAlgoFrame * 8;
 constexpr int kTenChannelFrameSamples = kAlgoFrame * 10;
 constexpr int kAlgoSampleRate = 48000;
 constexpr int32_t kSwapFadeFrames = 9600;  // 200 ms at 48 kHz from normal to swapped
-constexpr int32_t kPopClearBytes = 384;
 
-// Largest valid outBufOffset. The stereo bound is deliberately far below the buffer's
-// capacity; neither bound alone keeps a frame write inside the buffer, so the frame loops also
-// check the room that is left (see FrameFits).
+// Largest valid outBufOffset: the output buffer's capacity, counted as half the buffer for
+// stereo output, less 1924 samples (481 four-channel frames, one algorithm frame and one more).
+// So the stereo bound is deliberately far below what the buffer holds. Neither bound alone
+// keeps a frame write inside the buffer, so the frame loops also check the room that is left
+// (see FramesFit). The two values are part of the behaviour (they decide which blocks are
+// refused and logged): a change of the buffer size must not move them.
+constexpr int32_t kOutBufOffsetMargin = (kAlgoFrame + 1) * 4;
+constexpr int32_t kOutBufOffsetBoundFourChannel = kOutputBufferSamples - kOutBufOffsetMargin;
+constexpr int32_t kOutBufOffsetBoundStereo = kOutputBufferSamples / 2 - kOutBufOffsetMargin;
+static_assert(kOutBufOffsetBoundFourChannel == 151676 && kOutBufOffsetBoundStereo == 74876,
+              "the outBufOffset bounds are fixed values");
+
 inline int32_t OutBufOffsetBound(int32_t configChannelOut) {
-    return configChannelOut == 4 ? 151676 : 74876;
+    return configChannelOut == 4 ? kOutBufOffsetBoundFourChannel : kOutBufOffsetBoundStereo;
 }
 
 inline bool OutBufOffsetValid(const Orlune& o) {

@@ -11,11 +11,6 @@
 
 ErrorCodeRecorder::ErrorCodeRecorder() : lastSendTime(orlune_platform::MonotonicNs()) {}
 
-void ErrorCodeRecorder::SetSendLogDuration() {
-    sendLogDuration = 86400000000000LL;
-    lastSendTime = orlune_platform::MonotonicNs();
-}
-
 void ErrorCodeRecorder::AddErrorCode(int code) {
     auto it = errorCounts.find(code);
     if (it != errorCounts.end()) {
@@ -71,15 +66,6 @@ void ErrorCodeRecorder::PutInEvent(TovaEvent& event, int code) {
     event.PutFloat(gKeyAlgoErrorTimes, static_cast<float>(it->second));
 }
 
-void ErrorCodeRecorder::AddEvent(TovaEvent& event, int code) {
-    PutInEvent(event, code);
-}
-
 void ErrorCodeRecorder::ClearEvent() {
     errorCounts.clear();
-}
-
-void ErrorCodeRecorder::GetTime(long& last, long& duration) const {
-    last = lastSendTime;
-    duration = sendLogDuration;
 }

@@ -10,15 +10,12 @@ class TovaEvent;
 class ErrorCodeRecorder {
 public:
     ErrorCodeRecorder();
-    void SetSendLogDuration();
     void AddErrorCode(int code);
     bool IsNeedSendLog(int code);
     void TriggerSendErrorCode(int code);
     void SendLog(int code);
     void PutInEvent(TovaEvent& event, int code);
-    void AddEvent(TovaEvent& event, int code);
     void ClearEvent();
-    void GetTime(long& last, long& duration) const;
 
     int32_t lastErrorCode = 0;
     int64_t lastSendTime;                        // ns, monotonic; -1 disables sending

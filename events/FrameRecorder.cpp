@@ -23,15 +23,6 @@ int FindBand(int volume, const short* thresholds) {
     return kThresholdCount;
 }
 
-bool ValidLevel(int volumeLevel) {
-    if (volumeLevel < 0 || volumeLevel >= kVolumeBands) {
-        __android_log_print(ANDROID_LOG_ERROR, kTagEvent, "%s: invalid volumeLevel %d", "AddFrame",
-                            volumeLevel);
-        return false;
-    }
-    return true;
-}
-
 bool ValidThresholds(const short* thresholds) {
     if (thresholds == nullptr) {
         __android_log_print(ANDROID_LOG_ERROR, kTagEvent, "%s: thresholds are null",
@@ -41,25 +32,9 @@ bool ValidThresholds(const short* thresholds) {
     return true;
 }
 
-float VolRate(const uint32_t* counts, uint32_t total, uint32_t sums, int level) {
-    if (level < 0 || level >= kVolumeBands || total == 0 || sums == 0) {
-        return -1.0f;
-    }
-    return UsageRate(counts[level], total);
-}
-
 }  // namespace
 
 // ---- speaker ----
-
-void SpkFrameRecorder::AddFrame(int volumeLevel) {
-    if (!ValidLevel(volumeLevel)) {
-        return;
-    }
-    ++counts[volumeLevel];
-    ++totalFrames;
-    ++gFrameSums;
-}
 
 void SpkFrameRecorder::RecordFrames(int volume, const short* thresholds) {
     if (!ValidThresholds(thresholds)) {
@@ -68,22 +43,6 @@ void SpkFrameRecorder::RecordFrames(int volume, const short* thresholds) {
     ++counts[FindBand(volume, thresholds)];
     ++totalFrames;
     ++gFrameSums;
-}
-
-float SpkFrameRecorder::GetParamVolUsageRate(int level) const {
-    return VolRate(counts, totalFrames, gFrameSums, level);
-}
-
-float SpkFrameRecorder::GetParamUsageRate() const {
-    const uint32_t sums = gFrameSums;
-    if (totalFrames == 0 || sums == 0) {
-        return -1.0f;
-    }
-    return UsageRate(totalFrames, sums);
-}
-
-int SpkFrameRecorder::PrintRate() const {
-    return (totalFrames != 0 && gFrameSums != 0) ? 0 : -1;
 }
 
 void SpkFrameRecorder::ClearFrame() {
@@ -107,15 +66,6 @@ void SpkFrameRecorder::PutInEvent(TovaEvent& event) const {
 
 // ---- headphone ----
 
-void HpFrameRecorder::AddFrame(int volumeLevel) {
-    if (!ValidLevel(volumeLevel)) {
-        return;
-    }
-    ++counts[volumeLevel];
-    ++totalFrames;
-    ++gFrameSums;
-}
-
 void HpFrameRecorder::RecordFrames(int volume, const short* thresholds) {
     if (!ValidThresholds(thresholds)) {
         return;
@@ -129,28 +79,6 @@ void HpFrameRecorder::RecordFrames(int volume, const short* thresholds) {
     ++counts[band];
     ++totalFrames;
     ++gFrameSums;
-}
-
-float HpFrameRecorder::GetParamVolUsageRate(int level) const {
-    return VolRate(counts, totalFrames, gFrameSums, level);
-}
-
-float HpFrameRecorder::GetParamUsageRate() const {
-    const uint32_t sums = gFrameSums;
-    if (totalFrames == 0 || sums == 0) {
-        return -1.0f;
-    }
-    return UsageRate(totalFrames, sums);
-}
-
-int HpFrameRecorder::PrintRate() const {
-    return (totalFrames != 0 && gFrameSums != 0) ? 0 : -1;
-}
-
-void HpFrameRecorder::ClearFrame() {
-    // The band counts are kept on purpose; only the totals restart.
-    totalFrames = 0;
-    gFrameSums = 0;
 }
 
 void HpFrameRecorder::PutInEvent(TovaEvent& event) const {

@@ -12,12 +12,8 @@ constexpr int kVolumeBands = 7;
 class SpkFrameRecorder {
 public:
     SpkFrameRecorder() = default;
-    void AddFrame(int volumeLevel);
     // Band = first i in 0..5 with thresholds[i] >= volume, 6 above all six.
     void RecordFrames(int volume, const short* thresholds);
-    float GetParamVolUsageRate(int level) const;
-    float GetParamUsageRate() const;
-    int PrintRate() const;
     void ClearFrame();
     void PutInEvent(TovaEvent& event) const;
 
@@ -32,14 +28,8 @@ public:
 class HpFrameRecorder {
 public:
     HpFrameRecorder() = default;
-    void AddFrame(int volumeLevel);
     // As the speaker recorder, but a volume above all six thresholds counts in band 1.
     void RecordFrames(int volume, const short* thresholds);
-    float GetParamVolUsageRate(int level) const;
-    float GetParamUsageRate() const;
-    int PrintRate() const;
-    // Clears totalFrames and the class total but keeps the band counts.
-    void ClearFrame();
     void PutInEvent(TovaEvent& event) const;
 
     uint16_t mode = 5;  // row of the headphone key tables; the owner overwrites it

@@ -54,8 +54,6 @@ const std::string gKeyAlgoErrorTimes = "ALGOERRORTIMES";
 
 namespace {
 
-constexpr int64_t kDayNs = 86400000000000LL;
-
 // Mode id (key row) of each speaker recorder, in member order.
 constexpr uint16_t kSpkRecorderModes[kSpkRecorderCount] = {0, 1, 2, 7, 3, 4, 5, 6};
 
@@ -68,11 +66,6 @@ OrluneEvents::OrluneEvents() : lastSendTime(orlune_platform::MonotonicNs()) {
     for (int i = 0; i < kHpRecorderCount; ++i) {
         hpRecorders[i].mode = static_cast<uint16_t>(i);
     }
-}
-
-void OrluneEvents::SetSendLogDuration() {
-    sendLogDuration = kDayNs;
-    lastSendTime = orlune_platform::MonotonicNs();
 }
 
 void OrluneEvents::AddEnableFrame(bool enabled) {
@@ -133,19 +126,6 @@ void OrluneEvents::ClearEvent() {
     }
     SpkFrameRecorder::gFrameSums = 0;
     HpFrameRecorder::gFrameSums = 0;
-}
-
-void OrluneEvents::GetTime(long& last, long& duration) const {
-    last = lastSendTime;
-    duration = sendLogDuration;
-}
-
-bool OrluneEvents::IsNeedSendLog() {
-    if (lastSendTime == -1 || orlune_platform::MonotonicNs() - lastSendTime < sendLogDuration) {
-        return false;
-    }
-    __android_log_print(ANDROID_LOG_DEBUG, kTagEvent, "need to send log");
-    return true;
 }
 
 void OrluneEvents::TriggerSendLog() {

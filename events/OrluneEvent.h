@@ -36,19 +36,15 @@ enum HpRecorderSlot {
 class OrluneEvents {
 public:
     OrluneEvents();
-    void SetSendLogDuration();
     void AddEnableFrame(bool enabled);
     void AddVEFrame(bool ve);
     void AddDeviceFrame(int type);
     void AddAlgoRunTimes();
     void ClearEvent();
-    void GetTime(long& last, long& duration) const;
-    bool IsNeedSendLog();
     void TriggerSendLog();
     void SendLog();
     void AddEvent(TovaEvent& event);
     void PutInEvent(TovaEvent& event);
-    void PrintOrluneRate() {}
 
     uint32_t totalFrames = 0;
     uint32_t enableFrames = 0;

@@ -16,6 +16,7 @@
 #include <system/audio.h>
 
 #include "effect/orlune.h"
+#include "params/ParamIds.h"
 
 namespace {
 
@@ -184,11 +185,29 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
                 break;
             }
             case 3: {  // an integer parameter
-                static constexpr int kIds[] = {0,  2,  4,  5,  7,  8,  12, 13, 14, 30,
-                                               31, 32, 35, 36, 37, 44, 51, 52, 55, 100};
+                static constexpr int kIds[] = {kIdWidenEnable,
+                                               kIdRingingState,
+                                               kIdOrientation,
+                                               kIdChannelSwap,
+                                               kIdStartGuard,
+                                               kIdMultiMovie,
+                                               kIdDeviceType,
+                                               kIdBtHeadsetType,
+                                               kIdWiredHeadsetType,
+                                               kIdHpModeUi0,
+                                               kIdHpSmartMode,
+                                               kIdEffectEnable,
+                                               kIdScene,
+                                               kIdHighTemp,
+                                               kIdSwapInhibit,
+                                               kIdVolumeIndexMusic,
+                                               kIdStartStream,
+                                               kIdStopStream,
+                                               kIdFoldState,
+                                               kIdPcmDump};
                 const int id = kIds[in.Byte() % (sizeof(kIds) / sizeof(int))];
                 int value = static_cast<int8_t>(in.Byte());
-                if (id == 100) {
+                if (id == kIdPcmDump) {
                     value &= 1;  // dumps on and off; their files stay small
                 }
                 o->KivParamsSetInt(id, value);

@@ -1,20 +1,47 @@
 // Integer parameters from the host. Setting a parameter only records it in the instance (or in
 // a process-wide flag); the next processing block turns the recorded state into tuning. Only
-// ids 1 (region), 33 (reload) and 100 (dump) act at once. A setter changes the instance under
-// the instance lock, so the change lands between two blocks.
+// kIdMusicRegion, kIdReloadConfig and kIdPcmDump act at once. A setter changes the instance
+// under the instance lock, so the change lands between two blocks.
 #include "effect/LogTags.h"
 #include "effect/orlune.h"
+#include "params/ParamIds.h"
 
 namespace {
 
-// Which handler an integer id goes to. Id 48 is known to the APK handler (voice enhancement)
-// but deliberately not routed to it, so voice enhancement keeps its initial setting.
+// Which handler an integer id goes to. kIdVoiceEnhance is known to the APK handler but
+// deliberately not routed to it, so voice enhancement keeps its initial setting.
 enum class Route { Invalid, Other, Apk, Heq, Device, Ignore, Dump };
 
 Route RouteOf(int key) {
-    constexpr int kOtherIds[] = {0,  1,  2,  3,  4,  5,  6,  7,  8,  9,  10, 32, 33, 35,
-                                 36, 37, 40, 41, 42, 43, 44, 45, 46, 47, 51, 52, 55};
-    constexpr int kApkIds[] = {15, 16, 17, 30, 31, 53};
+    constexpr int kOtherIds[] = {kIdWidenEnable,
+                                 kIdMusicRegion,
+                                 kIdRingingState,
+                                 kIdRingingStateAlt,
+                                 kIdOrientation,
+                                 kIdChannelSwap,
+                                 kIdObsoleteIpgpMode,
+                                 kIdStartGuard,
+                                 kIdMultiMovie,
+                                 kIdSmartHintA,
+                                 kIdSmartHintB,
+                                 kIdEffectEnable,
+                                 kIdReloadConfig,
+                                 kIdScene,
+                                 kIdHighTemp,
+                                 kIdSwapInhibit,
+                                 kIdLoudRingMode,
+                                 kIdLoudMusicMode,
+                                 kIdLoudAlarmMode,
+                                 kIdVolumeIndexRing,
+                                 kIdVolumeIndexMusic,
+                                 kIdVolumeIndexAlarm,
+                                 kIdVolumeIndexHeadphone,
+                                 kIdVolumeIndexBluetooth,
+                                 kIdStartStream,
+                                 kIdStopStream,
+                                 kIdFoldState};
+    constexpr int kApkIds[] = {kIdHpType,    kIdSpkMode,     kIdHp3dMode,
+                               kIdHpModeUi0, kIdHpSmartMode, kIdHpModeUi1};
     for (int id : kOtherIds) {
         if (id == key) {
             return Route::Other;
@@ -25,16 +52,16 @@ Route RouteOf(int key) {
             return Route::Apk;
         }
     }
-    if ((key >= 18 && key <= 28) || key == 38 || key == 39) {
+    if ((key >= kIdHpEqFirst && key <= kIdHpEqLast) || key == kIdEqPreset || key == kIdEqLimit) {
         return Route::Heq;
     }
-    if (key >= 12 && key <= 14) {
+    if (key >= kIdDeviceType && key <= kIdWiredHeadsetType) {
         return Route::Device;
     }
-    if (key == 34) {
+    if (key == kIdIgnored) {
         return Route::Ignore;
     }
-    return key == 100 ? Route::Dump : Route::Invalid;
+    return key == kIdPcmDump ? Route::Dump : Route::Invalid;
 }
 
 // How long a reload waits for blocks still reading the tables it replaced; what is left is
@@ -54,7 +81,7 @@ void Orlune::KivParamsSetInt(int key, int value) {
         SetAudioDump(value);
         return;
     }
-    if (key == 1 || key == 33) {
+    if (key == kIdMusicRegion || key == kIdReloadConfig) {
         SetKivOtherParam(key, value);
         return;
     }
@@ -82,17 +109,17 @@ void Orlune::KivParamsSetInt(int key, int value) {
     }
 }
 
-// Ids 1 and 33 are called without the instance lock, every other id with it.
+// kIdMusicRegion and kIdReloadConfig come without the instance lock, every other id with it.
 void Orlune::SetKivOtherParam(int key, int value) {
     switch (key) {
-        case 0:
+        case kIdWidenEnable:
             stereoWidenEnable = value;
             break;
-        case 1:
+        case kIdMusicRegion:
             SwitchRegion(value);
             break;
-        case 2:
-        case 3:
+        case kIdRingingState:
+        case kIdRingingStateAlt:
             ringingState = value;
             if (value != 1) {
                 sceneMode = sceneRequest;
@@ -100,112 +127,112 @@ void Orlune::SetKivOtherParam(int key, int value) {
                 ringPending = 1;
             }
             break;
-        case 4:
+        case kIdOrientation:
             orientation = value;
             break;
-        case 5:
+        case kIdChannelSwap:
             if (value != param5Flag) {
                 param5Flag = (value != 0) ? 1 : 0;
                 param5Step = (value == 0) ? 1 : -1;
             }
             break;
-        case 6:
+        case kIdObsoleteIpgpMode:
             ORLUNE_LOGW("this orlune version support zelo instead of STEREOWIDEN_IPGP_MODE");
             break;
-        case 7:
+        case kIdStartGuard:
             param7Value = value;
             if (stereoWidenEnable == 1) {
                 mMuteCountdown = 64;
                 mMuteArmed = 0;
             }
             break;
-        case 8:
+        case kIdMultiMovie:
             multiMovieFlag = value;
             break;
-        case 9:
+        case kIdSmartHintA:
             smartHint9 = value;
             break;
-        case 10:
+        case kIdSmartHintB:
             smartHint10 = value;
             break;
-        case 32:
+        case kIdEffectEnable:
             param32Value = value;
             break;
-        case 33:
+        case kIdReloadConfig:
             if (value == 1) {
                 ReloadConfiguration();
             }
             break;
-        case 35:
+        case kIdScene:
             sceneRequest = value;
             sceneMode = value;
             break;
-        case 36:
+        case kIdHighTemp:
             highTempState = value;
             if (value == 1 && sceneMode == SCENE_GAME) {
                 sceneMode = SCENE_GAME_HIGH_TEMP;
             }
             break;
-        case 37:
+        case kIdSwapInhibit:
             param37Flag = (value == 1) ? 1 : 0;
             break;
-        case 40:
+        case kIdLoudRingMode:
             gIsLoudRingVolumeMode = (value == 1);
             ORLUNE_LOGI("gIsLoudRingVolumeMode:%d", value == 1);
             break;
-        case 41:
+        case kIdLoudMusicMode:
             gIsLoudMusicVolumeMode = (value == 1);
             ORLUNE_LOGI("gIsLoudMusicVolumeMode:%d", value == 1);
             break;
-        case 42:
+        case kIdLoudAlarmMode:
             gIsLoudAlarmVolumeMode = (value == 1);
             ORLUNE_LOGI("gIsLoudAlarmVolumeMode:%d", value == 1);
             break;
-        case 43:
+        case kIdVolumeIndexRing:
             if (value != ringVolumeIndex) {
                 ringVolumeIndex = value;
                 gIsAlarmMode = false;
                 ORLUNE_LOGI("ringVolumeIndex = %d, gIsAlarmMode:%d", ringVolumeIndex, 0);
             }
             break;
-        case 44:
+        case kIdVolumeIndexMusic:
             if (value != musicVolumeIndex) {
                 ORLUNE_LOGI("musicVolumeIndex = %d", value);
                 musicVolumeIndex = value;
             }
             break;
-        case 45:
+        case kIdVolumeIndexAlarm:
             if (value != alarmVolumeIndex) {
                 alarmVolumeIndex = value;
                 gIsAlarmMode = true;
                 ORLUNE_LOGI("alarmVolumeIndex = %d, gIsAlarmMode:%d", alarmVolumeIndex, 1);
             }
             break;
-        case 46:
+        case kIdVolumeIndexHeadphone:
             if (value != hpVolumeIndex) {
                 hpVolumeIndex = value;
                 ORLUNE_LOGI("hpVolumeIndex = %d", hpVolumeIndex);
             }
             break;
-        case 47:
+        case kIdVolumeIndexBluetooth:
             if (value != btVolumeIndex) {
                 btVolumeIndex = value;
                 ORLUNE_LOGI("btVolumeIndex = %d", btVolumeIndex);
             }
             break;
-        case 51:
+        case kIdStartStream:
             startStreamState = value;
             if (value == 3) {
                 mLad.SetStartStream(mLadInfoIn, mLadInfoOut);
             }
             break;
-        case 52:
+        case kIdStopStream:
             stopStreamState = value;
             if (value == 3) {
                 mLad.SetStopStream(mLadInfoIn, mLadInfoOut);
             }
             break;
-        case 55:
+        case kIdFoldState:
             foldState = value;
             break;
         default:
@@ -217,27 +244,27 @@ void Orlune::SetKivOtherParam(int key, int value) {
 void Orlune::SetKivAPKParam(int key, int value) {
     TablesPin tables(*this);  // the UI type
     switch (key) {
-        case 15:
+        case kIdHpType:
             HP_TYPE = static_cast<int16_t>(value);
             break;
-        case 16:
+        case kIdSpkMode:
             SPK_MODE = static_cast<int16_t>(value);
             break;
-        case 17:
+        case kIdHp3dMode:
             HP_3D_MODE = static_cast<int16_t>(value);
             break;
-        case 30:
+        case kIdHpModeUi0:
             if (Tables().gUiType == 0) {
                 HP_MODE = static_cast<int16_t>(value);
             }
             break;
-        case 31:
+        case kIdHpSmartMode:
             HP_SMART_MODE = static_cast<int16_t>(value);
             break;
-        case 48:
+        case kIdVoiceEnhance:
             gVoiceEnhanceEnable = value;
             break;
-        case 53:
+        case kIdHpModeUi1:
             if (Tables().gUiType == 1) {
                 HP_MODE = static_cast<int16_t>(value);
             }
@@ -249,11 +276,11 @@ void Orlune::SetKivAPKParam(int key, int value) {
 }
 
 void Orlune::SetKivHEQParam(int key, int value) {
-    if (key >= 18 && key <= 28) {
-        HP_EQ[key - 18] = static_cast<int16_t>(value);
-    } else if (key == 38) {
+    if (key >= kIdHpEqFirst && key <= kIdHpEqLast) {
+        HP_EQ[key - kIdHpEqFirst] = static_cast<int16_t>(value);
+    } else if (key == kIdEqPreset) {
         eqPreset = static_cast<int16_t>(value);
-    } else if (key == 39) {
+    } else if (key == kIdEqLimit) {
         gEqLimitValue = value;
     } else {
         ORLUNE_LOGW("invalid HEQ parameter %d", key);
@@ -262,13 +289,13 @@ void Orlune::SetKivHEQParam(int key, int value) {
 
 void Orlune::SetKivDeviceParam(int key, int value) {
     switch (key) {
-        case 12:
+        case kIdDeviceType:
             mDeviceType = value;
             break;
-        case 13:
+        case kIdBtHeadsetType:
             btHeadsetType = value;
             break;
-        case 14:
+        case kIdWiredHeadsetType:
             wiredHeadsetType = value;
             break;
         default:

@@ -6,6 +6,7 @@
 
 #include "effect/LogTags.h"
 #include "effect/orlune.h"
+#include "params/ParamIds.h"
 
 namespace {
 
@@ -24,7 +25,7 @@ void Orlune::KivParamsSetFloat(int key, float value) {
         return;
     }
     InstanceLock lock(*this);
-    if (key == 11) {
+    if (key == kIdVolumeDb) {
         StoreIfChanged(volumeDb, value, "volumeDb = %f");
         return;
     }
@@ -35,13 +36,13 @@ void Orlune::KivParamsSetFloat(int key, float value) {
         return;
     }
     switch (key) {
-        case 57:
+        case kIdMasterVolume:
             StoreIfChanged(masterVolume, value, "masterVolume = %f");
             break;
-        case 58:
+        case kIdTypeVolume:
             StoreIfChanged(typeVolume, value, "typeVolume = %f");
             break;
-        case 59:
+        case kIdClientVolume:
             StoreIfChanged(clientVolume, value, "clientVolume = %f");
             break;
         default:
@@ -53,7 +54,7 @@ void Orlune::KivParamsSetString(int key, const std::string& value) {
     if (initialised == 0) {
         return;
     }
-    if (key == 54) {
+    if (key == kIdHeadsetName) {
         InstanceLock lock(*this);
         TablesPin tables(*this);
         auto it = Tables().gHpMapTable.find(value);
@@ -63,7 +64,7 @@ void Orlune::KivParamsSetString(int key, const std::string& value) {
             return;
         }
         HP_TYPE = static_cast<int16_t>(it->second);
-    } else if (key == 56) {
+    } else if (key == kIdPlayingApps) {
         // Any run of blanks, commas and brackets separates two names; the last name is the
         // application that is playing now.
         std::map<int, android::String8> apps;

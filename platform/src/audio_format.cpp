@@ -1,4 +1,8 @@
-// memcpy_by_audio_format with the platform's arithmetic (platform-facts.md).
+// Host version of the platform's memcpy_by_audio_format, with its arithmetic. It converts
+// between 32-bit samples and 16-bit, packed 24-bit or float ones: 16- and 24-bit samples sit
+// in the top bits of the 32-bit word (narrowing drops the low bits); floats are scaled by 2^31
+// and rounded, saturating at -1 and 1, with NaN read as 0. The same format is a plain copy;
+// any other pair leaves the destination untouched.
 #include <audio_utils/format.h>
 
 #include <math.h>

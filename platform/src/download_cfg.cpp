@@ -1,4 +1,6 @@
-// Host stub of the maker's customisation service (host-platform.md).
+// Host stub of the maker's customisation service: the file counts as downloaded when it
+// exists under the device root, and its version is the first line of "cfg_version" in the
+// given folder. Nothing (nullptr) when neither the file nor the folder exists.
 #include <vardocust/download_cfg.h>
 
 #include <platform/device_fs.h>

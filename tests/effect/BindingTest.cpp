@@ -7,6 +7,7 @@
 #include <random>
 #include <vector>
 
+#include "params/ParamIds.h"
 #include "tests/support/HostEffect.h"
 #include "tests/support/LogCapture.h"
 
@@ -83,8 +84,8 @@ TEST(BindingTest, MissingAlgorithmLibraryPassesEveryBlockBitExact) {
     EXPECT_TRUE(log.Has("KivOutProcPlayInit: load orlune effect fail.", "orlune_mobile",
                         ANDROID_LOG_ERROR))
             << log.Dump();
-    inst->KivParamsSetInt(0, 1);  // set operations are ignored while unbound
-    inst->KivParamsSetInt(32, 1);
+    inst->KivParamsSetInt(kIdWidenEnable, 1);  // set operations are ignored while unbound
+    inst->KivParamsSetInt(kIdEffectEnable, 1);
     EXPECT_EQ(log.CountContaining("is set to"), 0);
     ExpectBlocksUntouched(inst);
     lib.Delete(inst);

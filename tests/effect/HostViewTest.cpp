@@ -4,6 +4,7 @@
 
 #include <vector>
 
+#include "params/ParamIds.h"
 #include "tests/support/HostEffect.h"
 #include "tests/support/LogCapture.h"
 
@@ -19,10 +20,10 @@ TEST(HostViewTest, EachSlotReachesItsOperation) {
     inst->KivOutProcPlayInit();  // slot 3
     EXPECT_TRUE(log.Has("LoadOrulneEffect 1075: Load orlune algo lib OK.")) << log.Dump();
 
-    inst->KivParamsSetInt(4, 1);  // slot 4
+    inst->KivParamsSetInt(kIdOrientation, 1);  // slot 4
     EXPECT_TRUE(log.Has("KivParamsSetInt: Param 4 is set to 1", "orlune_mobile", ANDROID_LOG_INFO));
 
-    inst->KivParamsSetFloat(11, -10.0f);  // slot 5
+    inst->KivParamsSetFloat(kIdVolumeDb, -10.0f);  // slot 5
     EXPECT_TRUE(log.Has("volumeDb = -10.000000", "orlune_mobile", ANDROID_LOG_INFO));
 
     inst->KivParamsSetString(99, "x");  // slot 6

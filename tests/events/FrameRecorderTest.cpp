@@ -3,7 +3,6 @@
 #include <string>
 #include <vector>
 
-#include "effect/LogTags.h"
 #include "events/FrameRecorder.h"
 #include "tests/events/EventText.h"
 
@@ -37,48 +36,26 @@ TEST_F(FrameRecorderTest, VolumeBandsAtTheThresholds) {
     EXPECT_EQ(SpkFrameRecorder::gFrameSums + HpFrameRecorder::gFrameSums, 12u);
 }
 
-TEST_F(FrameRecorderTest, InvalidLevelsCountNothing) {
-    LogCapture log;
-    SpkFrameRecorder spk;
-    HpFrameRecorder hp;
-    spk.AddFrame(6);
-    hp.AddFrame(0);
-    spk.AddFrame(7);
-    hp.AddFrame(-1);
-    EXPECT_EQ(spk.counts[6] + spk.totalFrames + hp.counts[0] + hp.totalFrames, 4u);
-    EXPECT_EQ(SpkFrameRecorder::gFrameSums + HpFrameRecorder::gFrameSums, 2u);
-    EXPECT_EQ(log.Count("AddFrame: invalid volumeLevel 7", kTagEvent, ANDROID_LOG_ERROR), 1);
-    EXPECT_EQ(log.Count("AddFrame: invalid volumeLevel -1", kTagEvent, ANDROID_LOG_ERROR), 1);
-}
-
-TEST_F(FrameRecorderTest, ClearFrameEmptiesSpeakersButHeadphonesKeepTheirCounts) {
+TEST_F(FrameRecorderTest, ClearedOrEmptyRecordersReportNothing) {
     SpkFrameRecorder spk;
     spk.RecordFrames(15, kThresholds);
     spk.ClearFrame();
     EXPECT_EQ(spk.counts[1] + spk.totalFrames + SpkFrameRecorder::gFrameSums, 0u);
-
     HpFrameRecorder hp;
-    HpFrameRecorder other;
-    hp.mode = 0;
-    hp.RecordFrames(5, kThresholds);
-    hp.RecordFrames(25, kThresholds);
-    other.RecordFrames(5, kThresholds);
-    hp.ClearFrame();  // also zeroes the class total under `other`
-    EXPECT_EQ(hp.totalFrames + HpFrameRecorder::gFrameSums, 0u);
-    EXPECT_EQ(other.GetParamUsageRate(), -1.0f);
-    EXPECT_EQ(other.PrintRate(), -1);
     TovaEvent empty(1);
     spk.PutInEvent(empty);
     hp.PutInEvent(empty);
-    other.PutInEvent(empty);
     EXPECT_TRUE(empty.Values().empty());
 
-    // The kept counts show up against the new total.
-    hp.AddFrame(0);
+    // Headphones report band 0 apart from the sum of the others.
+    hp.mode = 0;
+    hp.RecordFrames(5, kThresholds);
+    hp.RecordFrames(25, kThresholds);
+    hp.RecordFrames(61, kThresholds);
     TovaEvent event(1);
     hp.PutInEvent(event);
     EXPECT_EQ(EventText(event),
-              "HPDEFAULTLOWRATE=2.000000 HPDEFAULTONERATE=1.000000 HPDEFAULTMODERATE=1.000000");
+              "HPDEFAULTLOWRATE=0.333333 HPDEFAULTONERATE=0.666667 HPDEFAULTMODERATE=1.000000");
 }
 
 }  // namespace

@@ -95,7 +95,6 @@ TEST_F(OrluneEventsTest, ReportHoldsTheRecordersInMemberOrderThenTheEffectKeys) 
 
 TEST_F(OrluneEventsTest, ReportIsDueDailyAndCatchesUpOnMissedDays) {
     clock.Set(kStart + kDay - 1);
-    EXPECT_FALSE(events.IsNeedSendLog());
     events.TriggerSendLog();
     EXPECT_TRUE(Reports(log).empty());
 
@@ -123,7 +122,6 @@ TEST_F(OrluneEventsTest, TriggerAlsoSendsTheDueErrorCode) {
     events.errorCodes.AddErrorCode(6);  // at once; its next period starts at kStart + kDay
     events.errorCodes.AddErrorCode(6);
     events.errorCodes.AddErrorCode(6);
-    events.SetSendLogDuration();
     clock.Set(kStart + 2 * kDay);
     log.Clear();
     events.TriggerSendLog();  // both due: the error code first

@@ -16,8 +16,8 @@ class HeadphoneModesTest : public ParamsFixture {
 protected:
     void SetUp() override {
         ParamsFixture::SetUp();
-        o->KivParamsSetInt(12, 2);
-        o->KivParamsSetInt(14, kNoHeadsetTypeChange);
+        o->KivParamsSetInt(kIdDeviceType, 2);
+        o->KivParamsSetInt(kIdWiredHeadsetType, kNoHeadsetTypeChange);
         // Every mode key at the default level TWO names the real id 1000 + key.
         for (int key = VOL_TWO; key <= HpKey(HP_CUSTOM, MULTI_MODE9, VOL_TWO); key += 20) {
             AddMode(41000 + key, 1000 + key);
@@ -62,12 +62,12 @@ TEST_F(HeadphoneModesTest, ModeAndKindFromTheSettingsAndTheChannels) {
     for (const auto& c : cases) {
         SCOPED_TRACE(testing::Message() << "row " << &c - cases);
         SetUiType(static_cast<int16_t>(c.ui));
-        const int sets[][2] = {{c.ui == 1 ? 53 : 30, c.hpMode},
-                               {17, c.mode3d},
-                               {31, c.smart},
-                               {8, c.hint == 8},
-                               {9, c.hint == 9},
-                               {10, c.hint == 10}};
+        const int sets[][2] = {{c.ui == 1 ? kIdHpModeUi1 : kIdHpModeUi0, c.hpMode},
+                               {kIdHp3dMode, c.mode3d},
+                               {kIdHpSmartMode, c.smart},
+                               {kIdMultiMovie, c.hint == kIdMultiMovie},
+                               {kIdSmartHintA, c.hint == kIdSmartHintA},
+                               {kIdSmartHintB, c.hint == kIdSmartHintB}};
         for (const auto& set : sets) {
             o->KivParamsSetInt(set[0], set[1]);
         }
@@ -96,10 +96,10 @@ TEST_F(HeadphoneModesTest, ModeAndKindFromTheSettingsAndTheChannels) {
 }
 
 TEST_F(HeadphoneModesTest, MissingModesRefusalsAndFailuresAreLogged) {
-    o->KivParamsSetInt(30, 1);
-    o->KivParamsSetInt(17, 1);
+    o->KivParamsSetInt(kIdHpModeUi0, 1);
+    o->KivParamsSetInt(kIdHp3dMode, 1);
     o->SetNsForHeadsetOrA2dp(2);
-    o->KivParamsSetInt(46, 3);  // level ONE is not configured
+    o->KivParamsSetInt(kIdVolumeIndexHeadphone, 3);  // level ONE is not configured
     o->SetNsForHeadsetOrA2dp(2);
     EXPECT_TRUE(log.Has("FindParamForHP 2146: HP do not find currentParamID currentParamMode: 81 ",
                         kTagMobile, ANDROID_LOG_DEBUG))
@@ -117,15 +117,15 @@ TEST_F(HeadphoneModesTest, MissingModesRefusalsAndFailuresAreLogged) {
     }
 
     // An unknown mode value with a 3D mode set changes nothing, not even the level.
-    o->KivParamsSetInt(30, 9);
-    o->KivParamsSetInt(17, 2);
-    o->KivParamsSetInt(46, 5);
+    o->KivParamsSetInt(kIdHpModeUi0, 9);
+    o->KivParamsSetInt(kIdHp3dMode, 2);
+    o->KivParamsSetInt(kIdVolumeIndexHeadphone, 5);
     o->SetNsForHeadsetOrA2dp(2);
     EXPECT_TRUE(log.Has("SetHP3DModeAndType error, hpMode = 9, headphone3dMode = 2", kTagMobile,
                         ANDROID_LOG_ERROR));
     EXPECT_EQ(LastKey(), HpKey(HP_3D_LISTEN, DEFAULT_MODE, VOL_TWO));
-    o->KivParamsSetInt(30, 1);
-    o->KivParamsSetInt(17, 14);
+    o->KivParamsSetInt(kIdHpModeUi0, 1);
+    o->KivParamsSetInt(kIdHp3dMode, 14);
     o->SetNsForHeadsetOrA2dp(8);  // 14 + 4
     EXPECT_TRUE(log.Has("invalid mode 18, use normal instead", kTagMobile, ANDROID_LOG_WARN));
     nextResult = -3;
@@ -181,7 +181,8 @@ TEST_F(HeadphoneModesTest, TypeRowLandsOnItsWords) {
 }
 
 TEST_F(HeadphoneModesTest, OverlaysReachTheAlgorithm) {
-    const int sets[][2] = {{30, 3}, {15, 6}, {38, 6}, {18, 250}, {27, -12}, {28, 77}};
+    const int sets[][2] = {{kIdHpModeUi0, 3},   {kIdHpType, 6},         {kIdEqPreset, 6},
+                           {kIdHpEqFirst, 250}, {kIdHpEqLast - 1, -12}, {kIdHpEqLast, 77}};
     for (const auto& s : sets) {  // custom equaliser of type 6; its preset limits bands to 200
         o->KivParamsSetInt(s[0], s[1]);
     }
@@ -195,14 +196,14 @@ TEST_F(HeadphoneModesTest, OverlaysReachTheAlgorithm) {
     EXPECT_EQ(MainWord(0) & 0x84, 0x80);
     EXPECT_EQ(LastCall().para.words[6], -300);
     EXPECT_EQ(ExtWord(334), 0x0206);  // wired type 10 leaves the headphone type in place
-    o->KivParamsSetInt(14, 9);
+    o->KivParamsSetInt(kIdWiredHeadsetType, 9);
     o->SetNsForHeadsetOrA2dp(2);
     EXPECT_EQ(ExtWord(334), 0x0209);
     // On Bluetooth its own type is laid over last, and its own index sets the level.
     AddMode(41000 + HpKey(HP_3D_OFF, DEFAULT_MODE, VOL_FIVE), 7000);
-    o->KivParamsSetInt(12, 3);
-    o->KivParamsSetInt(13, 20);
-    o->KivParamsSetInt(47, 11);
+    o->KivParamsSetInt(kIdDeviceType, 3);
+    o->KivParamsSetInt(kIdBtHeadsetType, 20);
+    o->KivParamsSetInt(kIdVolumeIndexBluetooth, 11);
     o->SetNsForHeadsetOrA2dp(2);
     EXPECT_EQ(LastMainId(), 7000);
     EXPECT_EQ(ExtWord(334), 0x0203);

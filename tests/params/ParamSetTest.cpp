@@ -19,26 +19,27 @@ TEST_F(ParamSetTest, SettersLogWhatTheyDo) {
         float value;
         const char* message;
         bool warning;
-    } cases[] = {{12, 2, "KivParamsSetInt: Param 12 is set to 2", false},
-                 {29, 0, "KivParamsSetInt 1586: Invalid param 29 0", true},
-                 {48, 0, "KivParamsSetInt 1586: Invalid param 48 0", true},
-                 {101, 0, "KivParamsSetInt 1586: Invalid param 101 0", true},
-                 {45, 9, "alarmVolumeIndex = 9, gIsAlarmMode:1", false},
-                 {43, 4, "ringVolumeIndex = 4, gIsAlarmMode:0", false},
-                 {44, 8, "musicVolumeIndex = 8", false},
-                 {46, 3, "hpVolumeIndex = 3", false},
-                 {47, 2, "btVolumeIndex = 2", false},
-                 {33, 1, "kiv config is updated by pc tool", false},
-                 {57, 0.5f, "masterVolume = 0.500000", false},  // 57 to 59 are float ids
-                 {58, 0.25f, "typeVolume = 0.250000", false},
-                 {59, 1.0f, "clientVolume = 1.000000", false}};
+    } cases[] = {{kIdDeviceType, 2, "KivParamsSetInt: Param 12 is set to 2", false},
+                 {29, 0, "KivParamsSetInt 1586: Invalid param 29 0", true},  // no such id
+                 {kIdVoiceEnhance, 0, "KivParamsSetInt 1586: Invalid param 48 0", true},
+                 {101, 0, "KivParamsSetInt 1586: Invalid param 101 0", true},  // no such id
+                 {kIdVolumeIndexAlarm, 9, "alarmVolumeIndex = 9, gIsAlarmMode:1", false},
+                 {kIdVolumeIndexRing, 4, "ringVolumeIndex = 4, gIsAlarmMode:0", false},
+                 {kIdVolumeIndexMusic, 8, "musicVolumeIndex = 8", false},
+                 {kIdVolumeIndexHeadphone, 3, "hpVolumeIndex = 3", false},
+                 {kIdVolumeIndexBluetooth, 2, "btVolumeIndex = 2", false},
+                 {kIdReloadConfig, 1, "kiv config is updated by pc tool", false},
+                 {kIdMasterVolume, 0.5f, "masterVolume = 0.500000", false},  // float ids
+                 {kIdTypeVolume, 0.25f, "typeVolume = 0.250000", false},
+                 {kIdClientVolume, 1.0f, "clientVolume = 1.000000", false}};
     for (int round = 0; round < 2; ++round) {
         for (const auto& c : cases) {
             log.Clear();
-            const bool isFloat = c.id >= 57 && c.id <= 59;
+            const bool isFloat = c.id >= kIdMasterVolume && c.id <= kIdClientVolume;
             isFloat ? o->KivParamsSetFloat(c.id, c.value)
                     : o->KivParamsSetInt(c.id, static_cast<int>(c.value));
-            const bool onChange = isFloat || (c.id >= 43 && c.id <= 47);
+            const bool onChange =
+                    isFloat || (c.id >= kIdVolumeIndexRing && c.id <= kIdVolumeIndexBluetooth);
             EXPECT_EQ(log.Count(c.message, kTagMobile,
                                 c.warning ? ANDROID_LOG_WARN : ANDROID_LOG_INFO),
                       round == 1 && onChange ? 0 : 1)
@@ -47,24 +48,24 @@ TEST_F(ParamSetTest, SettersLogWhatTheyDo) {
         }
     }
     unsetenv("ORLUNE_DEVICE_ROOT");
-    EXPECT_EQ(Orlune::gVoiceEnhanceEnable, 1);  // 48 reaches no handler
+    EXPECT_EQ(Orlune::gVoiceEnhanceEnable, 1);  // kIdVoiceEnhance reaches no handler
     EXPECT_FALSE(Orlune::gIsAlarmMode);         // the unchanged alarm index did not flip it back
     EXPECT_TRUE(PublishedTables().gVituralMapTable.empty() &&
                 PublishedTables().gHpMapTable.empty());
-    o->SetKivHEQParam(40, 1);
+    o->SetKivHEQParam(kIdLoudRingMode, 1);  // not an equaliser id
     EXPECT_TRUE(log.Has("invalid HEQ parameter 40", kTagMobile, ANDROID_LOG_WARN));
     log.Clear();
-    o->KivParamsSetInt(34, 5);  // accepted and ignored
+    o->KivParamsSetInt(kIdIgnored, 5);  // accepted and ignored
     EXPECT_EQ(log.Lines().size(), 1u) << log.Dump();
 }
 
 // The ids that do take effect are used by the headphone tests.
 TEST_F(ParamSetTest, HeadphoneModeIdsOfTheOtherUiTypeAndEarlySetsAreIgnored) {
-    o->KivParamsSetInt(53, 4);
+    o->KivParamsSetInt(kIdHpModeUi1, 4);
     SetUiType(1);
-    o->KivParamsSetInt(30, 2);
+    o->KivParamsSetInt(kIdHpModeUi0, 2);
     o->initialised = 0;
-    o->KivParamsSetInt(53, 3);
+    o->KivParamsSetInt(kIdHpModeUi1, 3);
     EXPECT_EQ(o->HP_MODE, 0);
     EXPECT_EQ(log.Lines().size(), 2u) << log.Dump();  // entry lines of the refused ids only
 }
@@ -74,8 +75,8 @@ TEST_F(ParamSetTest, StringIds) {
         ConfigUpdate update;
         update.Tables().gHpMapTable = {{"DEFALUT", 0}, {"Vardo BX71", 14}};
     }
-    o->KivParamsSetString(54, "Vardo BX71");
-    o->KivParamsSetString(54, "vardo bx71");  // the match is exact
+    o->KivParamsSetString(kIdHeadsetName, "Vardo BX71");
+    o->KivParamsSetString(kIdHeadsetName, "vardo bx71");  // the match is exact
     EXPECT_EQ(o->HP_TYPE, 14);
     EXPECT_TRUE(log.Has("SetString unknown headset name: vardo bx71, HP_TYPE stays 14", kTagMobile,
                         ANDROID_LOG_WARN))
@@ -83,23 +84,23 @@ TEST_F(ParamSetTest, StringIds) {
     // The last application of the list goes to both report records.
     o->mLadInfoIn = new android::LadReportInfo();
     o->mLadInfoOut = new android::LadReportInfo();
-    o->KivParamsSetString(56, "[com.a.music, com.b.video],,  [com.c.game]");
-    o->KivParamsSetString(56, " ,[] ");  // no name: nothing changes
+    o->KivParamsSetString(kIdPlayingApps, "[com.a.music, com.b.video],,  [com.c.game]");
+    o->KivParamsSetString(kIdPlayingApps, " ,[] ");  // no name: nothing changes
     EXPECT_STREQ(o->mLadInfoIn->playAppName.c_str(), "com.c.game");
     EXPECT_STREQ(o->mLadInfoOut->playAppName.c_str(), "com.c.game");
 }
 
 TEST_F(ParamSetTest, CompositeReplyIsSortedWithFloatValues) {
-    o->KivParamsSetInt(15, 7);   // HP_TYPE
-    o->KivParamsSetInt(20, 2);   // HP_EQ3
-    o->KivParamsSetInt(28, -3);  // HP_EQ11
+    o->KivParamsSetInt(kIdHpType, 7);         // HP_TYPE
+    o->KivParamsSetInt(kIdHpEqFirst + 2, 2);  // HP_EQ3
+    o->KivParamsSetInt(kIdHpEqLast, -3);      // HP_EQ11
     o->HP_PREGAIN = -32768;
     EXPECT_EQ(Get("HP_TYPE;HP_EQ3"), "HP_EQ3=2.000000;HP_TYPE=7.000000");
     EXPECT_EQ(Get("HP_PREGAIN;HP_EQ11;HP_EQ1"),
               "HP_EQ1=0.000000;HP_EQ11=-3.000000;HP_PREGAIN=-32768.000000");
     // The stereo widen value holds its own equals sign.
     EXPECT_EQ(Get("HIFIPARA"), "HIFIPARA=STEREOWIDEN_Enable=false");
-    o->KivParamsSetInt(0, 1);
+    o->KivParamsSetInt(kIdWidenEnable, 1);
     EXPECT_EQ(Get("SPK_MODE;HIFIPARA"), "HIFIPARA=STEREOWIDEN_Enable=true;SPK_MODE=0.000000");
     EXPECT_EQ(Get("VOLUME;hp_type"), "");
     // Whole-string keys match only on their own.
@@ -117,7 +118,7 @@ TEST_F(ParamSetTest, LoudModeKeysLogOnlyWhenOn) {
     for (int i = 0; i < 3; ++i) {
         EXPECT_EQ(Get(keys[i][0]), "false");
         EXPECT_TRUE(log.Lines().empty()) << log.Dump();
-        o->KivParamsSetInt(40 + i, 1);
+        o->KivParamsSetInt(kIdLoudRingMode + i, 1);
         EXPECT_EQ(Get(keys[i][0]), "true");
         EXPECT_TRUE(log.Has(keys[i][1], kTagMobile, ANDROID_LOG_INFO)) << log.Dump();
         log.Clear();

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "effect/orlune.h"
+#include "params/ParamIds.h"
 #include "tests/support/LogCapture.h"
 
 // One set-parameter call as the algorithm saw it.

@@ -16,10 +16,10 @@ using SpeakerModesTest = ParamsFixture;
 
 TEST_F(SpeakerModesTest, VirtualIdCombinesTheCoordinates) {
     AddMode(4423, 11);  // FULL (the default), LANDSCAPE, GAME, THREE
-    o->KivParamsSetInt(4, 1);
-    o->KivParamsSetInt(35, 1);
-    o->KivParamsSetInt(44, 7);
-    o->KivParamsSetFloat(11, -12.7f);
+    o->KivParamsSetInt(kIdOrientation, 1);
+    o->KivParamsSetInt(kIdScene, 1);
+    o->KivParamsSetInt(kIdVolumeIndexMusic, 7);
+    o->KivParamsSetFloat(kIdVolumeDb, -12.7f);
     log.Clear();
     o->KivParamsSetNS(2);
     o->SetNsForSpeaker(8);
@@ -57,29 +57,31 @@ TEST_F(SpeakerModesTest, SceneAndLevelOfEachBlock) {
     Orlune::gVoiceEnhanceEnable = 0;         // for the first row only
     const int cases[][5] = {
             // id, value, scene in force, its level (-1: records kept), blocks recorded
-            {35, 2, SCENE_MOVIE, 2, 1},  // without voice enhancement
-            {35, 0, SCENE_MUSIC, 2, 1},
-            {44, 2, SCENE_MUSIC, 0, 1},  // the scene's row, the index taken as 16 bits
-            {44, 3, SCENE_MUSIC, 1, 1},
-            {44, 12, SCENE_MUSIC, 5, 1},
-            {44, 13, SCENE_MUSIC, 6, 1},
-            {44, 65536 + 13, SCENE_MUSIC, 6, 1},
-            {44, 5, SCENE_MUSIC, 2, 1},
-            {35, 2, SCENE_VOICEENHANCE, 2, 1},    // MOVIE, with voice enhancement on
-            {48, 0, SCENE_VOICEENHANCE, 2, 1},    // not routed: enhancement stays on
-            {36, 1, SCENE_VOICEENHANCE, 2, 1},    // a hot device changes only GAME ...
-            {35, 1, SCENE_GAME, 2, 1},            // ... and only when set while in GAME
-            {36, 1, SCENE_GAME_HIGH_TEMP, 2, 0},  // which records nothing
-            {35, 1, SCENE_GAME, 2, 1},
-            {44, 13, SCENE_GAME, -1, 1},
-            {44, 5, SCENE_GAME, 2, 1},
-            {45, 3, SCENE_GAME, 2, 1},
-            {2, 1, SCENE_RING, 0, 1},   // ringing after an alarm index: that one, on the ring row
-            {43, 4, SCENE_RING, 1, 1},  // the ring stream set last
-            {3, 0, SCENE_GAME, 2, 1},   // either id ends the ring
-            {35, 40, 40, -1, 0},
-            {55, 2147483647, 40, -1, 0},  // coordinates far out of range name no mode
-            {4, -2147483647, 40, -1, 0}};
+            {kIdScene, 2, SCENE_MOVIE, 2, 1},  // without voice enhancement
+            {kIdScene, 0, SCENE_MUSIC, 2, 1},
+            // the scene's row, the index taken as 16 bits
+            {kIdVolumeIndexMusic, 2, SCENE_MUSIC, 0, 1},
+            {kIdVolumeIndexMusic, 3, SCENE_MUSIC, 1, 1},
+            {kIdVolumeIndexMusic, 12, SCENE_MUSIC, 5, 1},
+            {kIdVolumeIndexMusic, 13, SCENE_MUSIC, 6, 1},
+            {kIdVolumeIndexMusic, 65536 + 13, SCENE_MUSIC, 6, 1},
+            {kIdVolumeIndexMusic, 5, SCENE_MUSIC, 2, 1},
+            {kIdScene, 2, SCENE_VOICEENHANCE, 2, 1},         // MOVIE, with voice enhancement on
+            {kIdVoiceEnhance, 0, SCENE_VOICEENHANCE, 2, 1},  // not routed: enhancement stays on
+            {kIdHighTemp, 1, SCENE_VOICEENHANCE, 2, 1},      // a hot device changes only GAME ...
+            {kIdScene, 1, SCENE_GAME, 2, 1},                 // ... and only when set while in GAME
+            {kIdHighTemp, 1, SCENE_GAME_HIGH_TEMP, 2, 0},    // which records nothing
+            {kIdScene, 1, SCENE_GAME, 2, 1},
+            {kIdVolumeIndexMusic, 13, SCENE_GAME, -1, 1},
+            {kIdVolumeIndexMusic, 5, SCENE_GAME, 2, 1},
+            {kIdVolumeIndexAlarm, 3, SCENE_GAME, 2, 1},
+            {kIdRingingState, 1, SCENE_RING, 0,
+             1},  // ringing after an alarm index: that one, on the ring row
+            {kIdVolumeIndexRing, 4, SCENE_RING, 1, 1},  // the ring stream set last
+            {kIdRingingStateAlt, 0, SCENE_GAME, 2, 1},  // either id ends the ring
+            {kIdScene, 40, 40, -1, 0},
+            {kIdFoldState, 2147483647, 40, -1, 0},  // coordinates far out of range name no mode
+            {kIdOrientation, -2147483647, 40, -1, 0}};
     for (const auto& c : cases) {
         SCOPED_TRACE(testing::Message() << "row " << &c - cases);
         const uint32_t recorded = SpkFrameRecorder::gFrameSums;

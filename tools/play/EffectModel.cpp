@@ -1,41 +1,43 @@
 #include "tools/play/EffectModel.h"
 
+#include "params/ParamIds.h"
+
 void EffectModel::Apply(const ParamEvent& e) {
     if (e.kind != ParamEvent::INT) {
         return;
     }
     const int v = e.intValue;
     switch (e.id) {
-        case 0:
+        case kIdWidenEnable:
             mWidenEnable = v;
             break;
-        case 5:
+        case kIdChannelSwap:
             if (v != (mSwapWanted ? 1 : 0)) {
                 mSwapWanted = v != 0;
                 mSwapStep = v == 0 ? 1 : -1;
             }
             break;
-        case 7:
+        case kIdStartGuard:
             if (mWidenEnable == 1) {
                 mMuteCountdown = 64;
             }
             break;
-        case 12:
+        case kIdDeviceType:
             mDevice = v;
             break;
-        case 30:
+        case kIdHpModeUi0:
             mHpMode = mUiType == 0 ? v : mHpMode;
             break;
-        case 53:
+        case kIdHpModeUi1:
             mHpMode = mUiType != 0 ? v : mHpMode;
             break;
-        case 31:
+        case kIdHpSmartMode:
             mHpSmartMode = v;
             break;
-        case 32:
+        case kIdEffectEnable:
             mParam32 = v;
             break;
-        case 37:
+        case kIdSwapInhibit:
             mSwapInhibit = v == 1;
             break;
         default:

@@ -31,15 +31,15 @@ public:
 private:
     int mUiType = 0;
     int mDevice = 0;
-    int mWidenEnable = 0;  // id 0
-    int mParam32 = 0;      // id 32
-    int mHpMode = 1;       // ids 30 / 53; the first set-up makes it 1
-    int mHpSmartMode = 0;  // id 31
+    int mWidenEnable = 0;  // kIdWidenEnable
+    int mParam32 = 0;      // kIdEffectEnable
+    int mHpMode = 1;       // kIdHpModeUi0 / kIdHpModeUi1; the first set-up makes it 1
+    int mHpSmartMode = 0;  // kIdHpSmartMode
     int mHpModeIndex = 0;
-    bool mSwapWanted = false;  // id 5
+    bool mSwapWanted = false;  // kIdChannelSwap
     int mSwapStep = 1;
     int mSwapPos = kSwapFadeFrames;
-    bool mSwapInhibit = false;  // id 37
-    int mMuteCountdown = 0;     // id 7
+    bool mSwapInhibit = false;  // kIdSwapInhibit
+    int mMuteCountdown = 0;     // kIdStartGuard
     static constexpr int kSwapFadeFrames = 9600;
 };

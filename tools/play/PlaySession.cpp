@@ -11,6 +11,7 @@
 #include <chrono>
 #include <fstream>
 
+#include "params/ParamIds.h"
 #include "tools/play/EffectLog.h"
 #include "tools/play/HostAudio.h"
 
@@ -18,10 +19,6 @@ namespace {
 
 constexpr int kAlgoFrame = 480;
 constexpr int kPopDelayFrames = 48;  // the stereo path's pop eliminator delays by 1 ms
-constexpr int kIdEnable = 0;
-constexpr int kIdEnable2 = 32;
-constexpr int kIdDevice = 12;
-constexpr int kIdDump = 100;
 
 bool SetsAtStart(const PlayOptions& o, int id) {
     for (const ParamEvent& e : o.events) {
@@ -199,7 +196,7 @@ bool RunPlay(const PlayOptions& o, PlayEffect* effect, PlayResult* r, std::strin
     // Parameters at the start: the audible defaults first, then the user's in their order.
     std::vector<ParamEvent> start;
     if (!o.noDefaults) {
-        for (int id : {kIdEnable, kIdEnable2, kIdDevice}) {
+        for (int id : {kIdWidenEnable, kIdEffectEnable, kIdDeviceType}) {
             if (!SetsAtStart(o, id)) {
                 ParamEvent e;
                 e.id = id;
@@ -216,7 +213,7 @@ bool RunPlay(const PlayOptions& o, PlayEffect* effect, PlayResult* r, std::strin
         // The effect does not create the dump directory; on a device it exists already.
         MakeDirs(o.deviceRoot + "/data/audio_debug");
         ParamEvent e;
-        e.id = kIdDump;
+        e.id = kIdPcmDump;
         e.intValue = 1;
         start.push_back(e);
     }
@@ -229,7 +226,7 @@ bool RunPlay(const PlayOptions& o, PlayEffect* effect, PlayResult* r, std::strin
         }
         ApplyParam(effect, e);
         r->applied.push_back(DescribeParam(e));
-        if (e.kind == ParamEvent::INT && e.id == kIdDevice) {
+        if (e.kind == ParamEvent::INT && e.id == kIdDeviceType) {
             device = e.intValue;
         }
     }
@@ -286,7 +283,7 @@ bool RunPlay(const PlayOptions& o, PlayEffect* effect, PlayResult* r, std::strin
             }
             ApplyParam(effect, e);
             r->applied.push_back(DescribeParam(e));
-            if (e.kind == ParamEvent::INT && e.id == kIdDevice) {
+            if (e.kind == ParamEvent::INT && e.id == kIdDeviceType) {
                 device = e.intValue;
             }
         }
@@ -358,7 +355,7 @@ bool RunPlay(const PlayOptions& o, PlayEffect* effect, PlayResult* r, std::strin
 
     if (o.dump) {
         ParamEvent e;
-        e.id = kIdDump;
+        e.id = kIdPcmDump;
         e.intValue = 0;
         ApplyParam(effect, e);  // closes and flushes the dump files
         r->applied.push_back("end: 100=0");
