@@ -126,14 +126,22 @@ void RunRecorder::OnBlockIn(int64_t frame, const uint8_t* block, int frames) {
     for (size_t i = 0; i < n; ++i) {
         mFloats[i] = Int32ToFloat(SampleToInt32(mStart.format, block + i * bytes));
     }
-    for (size_t c = 0; c < mTrace.inWave.size(); ++c) {
-        mTrace.inWave[c].AddSamples(frame, mFloats.data() + c, frames, channels);
+    TraceBlock(frame, frames, channels, mTrace.inWave, mTrace.inPeak, mTrace.inRms, *mInput);
+}
+
+// Draws the block now in mFloats (interleaved, `channels` wide) into one stream's waveform
+// and level plots, and keeps it for the zoomed edge views.
+void RunRecorder::TraceBlock(int64_t frame, int frames, int channels,
+                             std::vector<MinMaxColumns>& waves, MinMaxColumns& peakPlot,
+                             MinMaxColumns& rmsPlot, SampleWindows& windows) {
+    for (size_t c = 0; c < waves.size(); ++c) {
+        waves[c].AddSamples(frame, mFloats.data() + c, frames, channels);
     }
     float peak = 0, rms = 0;
-    Levels(mFloats, n, &peak, &rms);
-    mTrace.inPeak.AddSpan(frame, frame + frames, peak);
-    mTrace.inRms.AddSpan(frame, frame + frames, rms);
-    mInput->Feed(frame, mFloats.data(), frames);
+    Levels(mFloats, static_cast<size_t>(frames) * channels, &peak, &rms);
+    peakPlot.AddSpan(frame, frame + frames, peak);
+    rmsPlot.AddSpan(frame, frame + frames, rms);
+    windows.Feed(frame, mFloats.data(), frames);
 }
 
 int RunRecorder::FramesInBlock() const {
@@ -173,14 +181,8 @@ void RunRecorder::OnOutput(int64_t frame, const uint8_t* samples, int frames, in
                     Int32ToFloat(SampleToInt32(mStart.format, s));
         }
     }
-    for (size_t c = 0; c < mTrace.outWave.size(); ++c) {
-        mTrace.outWave[c].AddSamples(frame, mFloats.data() + c, frames, fileChannels);
-    }
-    float peak = 0, rms = 0;
-    Levels(mFloats, n, &peak, &rms);
-    mTrace.outPeak.AddSpan(frame, frame + frames, peak);
-    mTrace.outRms.AddSpan(frame, frame + frames, rms);
-    mOutput->Feed(frame, mFloats.data(), frames);
+    TraceBlock(frame, frames, fileChannels, mTrace.outWave, mTrace.outPeak, mTrace.outRms,
+               *mOutput);
 }
 
 void RunRecorder::AddMark(std::vector<Mark>* marks, size_t* count, const std::string& text) {

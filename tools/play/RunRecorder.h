@@ -38,6 +38,8 @@ public:
     RunTrace Finish(int64_t framesFed);
 
 private:
+    void TraceBlock(int64_t frame, int frames, int channels, std::vector<MinMaxColumns>& waves,
+                    MinMaxColumns& peakPlot, MinMaxColumns& rmsPlot, SampleWindows& windows);
     struct PathTuning {
         bool known = false;
         TuningLine line;

@@ -9,7 +9,7 @@
 
 #include "tools/report/Columns.h"
 
-// Text for an HTML or SVG text node or a quoted attribute value.
+// Text for an HTML, SVG or XML text node or a quoted attribute value.
 std::string Escape(const std::string& text);
 // At most `limit` characters of `text`, with "..." where it was cut: keeps titles and table
 // cells of the pages bounded whatever a log line holds.

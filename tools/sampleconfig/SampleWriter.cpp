@@ -7,6 +7,7 @@
 #include <map>
 
 #include "config/ParamRecords.h"
+#include "tools/report/Svg.h"
 
 namespace fs = std::filesystem;
 
@@ -29,29 +30,6 @@ std::string Words(int count, int word, int16_t value) {
         out += i == word ? Hex(value) : "0";
     }
     return out + "}";
-}
-
-std::string Escaped(const std::string& text) {
-    std::string out;
-    for (char c : text) {
-        switch (c) {
-            case '&':
-                out += "&amp;";
-                break;
-            case '<':
-                out += "&lt;";
-                break;
-            case '>':
-                out += "&gt;";
-                break;
-            case '"':
-                out += "&quot;";
-                break;
-            default:
-                out += c;
-        }
-    }
-    return out;
 }
 
 bool WriteText(const fs::path& path, const std::string& text, std::string* error) {
@@ -124,7 +102,7 @@ std::string VmapXml(const SampleSource& s, const SampleTuning& t) {
     x += "  <CFG NUMID=\"0\" PARAM_VALUE=\"" + Hex(s.uiType) + "\"/>\n";
     for (const auto& headset : s.headsets) {
         x += "  <HPMAP NUMID=\"" + std::to_string(headset.second) + "\" NAME=\"" +
-             Escaped(headset.first) + "\"/>\n";
+             Escape(headset.first) + "\"/>\n";
     }
     for (const SampleMapping& m : t.mappings) {
         x += "  <NV NUMID=\"" + std::to_string(m.virtualId) + "\" ID=\"" + std::to_string(m.id) +
