@@ -29,10 +29,10 @@ bool FormatSupported(audio_format_t format) {
            format == AUDIO_FORMAT_PCM_FLOAT || format == AUDIO_FORMAT_PCM_24_BIT_PACKED;
 }
 
-// Samples the host buffer holds: with 4 channels the host gives room for four output channels
-// of which the first two carry the input.
+// Samples the host buffer holds: frames times channels (with 4 channels the first two carry
+// the input and all four are written back).
 int64_t HostCapacity(int frames, int channels) {
-    return static_cast<int64_t>(frames) * (channels == 4 ? 4 : channels);
+    return static_cast<int64_t>(frames) * channels;
 }
 
 // Folds two counts into one value that tells block shapes apart for the once-per-change log.
