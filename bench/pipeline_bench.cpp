@@ -14,7 +14,9 @@
 #include <audio_utils/format.h>
 #include <benchmark/benchmark.h>
 
+#include "config/VirtualIds.h"
 #include "effect/orlune.h"
+#include "params/ParamIds.h"
 
 namespace {
 
@@ -51,8 +53,9 @@ constexpr const char* kStandinAlgo = ORLUNE_STANDIN_DIR "/lib64orlune7_1.so";
 // resolves and copies its records as on a configured device.
 void InstallTuning() {
     ConfigUpdate update;
-    for (int level = 0; level <= 6; ++level) {
-        update.Tables().gVituralMapTable[4000 + level] = RealParamIdStru{41, 42};
+    for (int level = 0; level < vid::kLevels; ++level) {
+        update.Tables().gVituralMapTable[vid::SpeakerId(
+                FOLD_FULL, ORIENTATION_PORTRAIT, SCENE_MUSIC, level)] = RealParamIdStru{41, 42};
     }
     update.Tables().gRealMapTable[41] = AudioOrluneMobilePara{};
     update.Tables().gRealMapTableExt[42] = AudioOrluneMobileParaExt{};
@@ -77,9 +80,9 @@ std::unique_ptr<Orlune> MakeEffect(const AlgoLibrary& algo) {
     o->mIoInfo.outBuf = o->mIoBuffer;
     o->InitPopEliminate();
     o->InitKiv(true);
-    o->KivParamsSetInt(12, 1);
-    o->KivParamsSetInt(0, 1);
-    o->KivParamsSetInt(32, 1);
+    o->KivParamsSetInt(kIdDeviceType, 1);
+    o->KivParamsSetInt(kIdWidenEnable, 1);
+    o->KivParamsSetInt(kIdEffectEnable, 1);
     std::vector<int16_t> block(kSamples, 0);
     o->KivOutProcPlaySamples(block.data(), kFrames, 2, AUDIO_FORMAT_PCM_16_BIT);
     return o;

@@ -30,6 +30,7 @@
 #include <benchmark/benchmark.h>
 
 #include "effect/orlune.h"
+#include "params/ParamIds.h"
 
 namespace {
 
@@ -96,10 +97,10 @@ bool UseSampleDevice(benchmark::State& state, bool detector = true) {
 // An instance set up as the host does it: loudspeaker, effect on, past its first block.
 std::unique_ptr<Orlune> MakeInstance() {
     std::unique_ptr<Orlune> o(new Orlune());
-    o->KivParamsSetInt(12, 1);
+    o->KivParamsSetInt(kIdDeviceType, 1);
     o->KivOutProcPlayInit();
-    o->KivParamsSetInt(0, 1);
-    o->KivParamsSetInt(32, 1);
+    o->KivParamsSetInt(kIdWidenEnable, 1);
+    o->KivParamsSetInt(kIdEffectEnable, 1);
     std::vector<int16_t> block(kSamples, 0);
     o->KivOutProcPlaySamples(block.data(), kFrames, 2, AUDIO_FORMAT_PCM_16_BIT);
     return o;
@@ -192,28 +193,29 @@ void BM_BlockTimesUnderParameterTrafficAndReloads(benchmark::State& state) {
             for (int n = 0; !done.load(std::memory_order_relaxed); ++n) {
                 switch (n % 6) {
                     case 0:
-                        o->KivParamsSetInt(44, n % 16);  // music volume index
+                        o->KivParamsSetInt(kIdVolumeIndexMusic, n % 16);
                         break;
                     case 1:
-                        o->KivParamsSetInt(35, n / 6 % 5);  // scene
+                        o->KivParamsSetInt(kIdScene, n / 6 % 5);
                         break;
                     case 2:
-                        o->KivParamsSetInt(4, n / 6 % 2);  // orientation
+                        o->KivParamsSetInt(kIdOrientation, n / 6 % 2);
                         break;
                     case 3:
-                        o->KivParamsSetInt(55, n / 6 % 3);  // fold state
+                        o->KivParamsSetInt(kIdFoldState, n / 6 % 3);
                         break;
                     case 4:
-                        o->KivParamsSetInt(12, n / 60 % 2 == 0 ? 1 : 2);  // speaker, headset
+                        o->KivParamsSetInt(kIdDeviceType,
+                                           n / 60 % 2 == 0 ? 1 : 2);  // speaker, headset
                         break;
                     default:
-                        o->KivParamsSetInt(30, n / 6 % 3);  // headphone mode
+                        o->KivParamsSetInt(kIdHpModeUi0, n / 6 % 3);
                         break;
                 }
                 paramCalls.fetch_add(1, std::memory_order_relaxed);
                 const int64_t now = Now(CLOCK_MONOTONIC);
                 if (now - lastReload >= 20000000) {
-                    o->KivParamsSetInt(33, 1);
+                    o->KivParamsSetInt(kIdReloadConfig, 1);
                     const int64_t took = Now(CLOCK_MONOTONIC) - now;
                     maxReloadNs.store(std::max(maxReloadNs.load(), took));
                     reloads.fetch_add(1, std::memory_order_relaxed);

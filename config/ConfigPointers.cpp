@@ -1,5 +1,6 @@
 // Hangs the binary tables onto every extended record that a known virtual id reaches. Only
 // these ids get table pointers, so the mode logic must only hand the algorithm their records.
+#include "config/VirtualIds.h"
 #include "effect/LogTags.h"
 #include "effect/orlune.h"
 
@@ -42,30 +43,29 @@ void PointTables(ParamTableSet& tables, int virtualId, int scene, Device device)
     ext.twsTable2 = Orlune::gTwsConfig[1] + scene * kTwsSceneWords;
 }
 
+static_assert(vid::kSpeakerOrientations * vid::kTwsScenesPerOrientation == kTwsScenes,
+              "every TWS scene belongs to one orientation");
+
 }  // namespace
 
 void Orlune::KivInitConfigPointer() {
     ConfigUpdate update;  // the pointers go into the set being built
     ParamTableSet& tables = update.Tables();
-    // Headphones: nine modes, levels 0..3 of the default kind, all with scene 0.
-    for (int mode = 0; mode < 9; ++mode) {
-        for (int level = 0; level < 4; ++level) {
-            PointTables(tables, 41000 + 80 * mode + level, 0, Device::Headphone);
+    // Headphones: every mode, with the levels of the default kind that get tables, all with TWS
+    // scene 0.
+    for (int mode = 0; mode < vid::kHeadphoneModes; ++mode) {
+        for (int level = 0; level < vid::kHeadphoneTableLevels; ++level) {
+            PointTables(tables, vid::HeadphoneId(mode, DEFAULT_MODE, level), 0, Device::Headphone);
         }
     }
-    // Loudspeaker: per fold state, portrait scenes 0..8 (scene 8 uses TWS scene 2), then
-    // landscape scenes 0..8 (TWS scenes 8..15, scene 8 uses TWS scene 10).
-    for (int fold = 0; fold < 3; ++fold) {
-        for (int scene = 0; scene < 9; ++scene) {
-            for (int level = 0; level < 7; ++level) {
-                PointTables(tables, 4000 * fold + 20 * scene + level, scene < 8 ? scene : 2,
-                            Device::Speaker);
-            }
-        }
-        for (int scene = 0; scene < 9; ++scene) {
-            for (int level = 0; level < 7; ++level) {
-                PointTables(tables, 4000 * fold + 400 + 20 * scene + level,
-                            scene < 8 ? 8 + scene : 10, Device::Speaker);
+    // Loudspeaker: per fold state, the portrait ids and then the landscape ids.
+    for (int fold = 0; fold < vid::kSpeakerFolds; ++fold) {
+        for (int orientation = 0; orientation < vid::kSpeakerOrientations; ++orientation) {
+            for (int scene = 0; scene < vid::kSpeakerScenes; ++scene) {
+                for (int level = 0; level < vid::kLevels; ++level) {
+                    PointTables(tables, vid::SpeakerId(fold, orientation, scene, level),
+                                vid::SpeakerTwsScene(orientation, scene), Device::Speaker);
+                }
             }
         }
     }

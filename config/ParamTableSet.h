@@ -19,6 +19,7 @@
 #include <vector>
 
 #include "config/ParamRecords.h"
+#include "config/VirtualIds.h"
 
 constexpr int kHpTypeWords = 288;
 
@@ -33,11 +34,11 @@ struct DirectIdEntry {
     int32_t state;
 };
 
-// Direct tables of the virtual ids the mode logic composes on every block: loudspeaker ids
-// fold * 4000 + orientation * 400 + scene * 20 + level (fold 0..2, orientation 0..1) and
-// headphone ids 41000 + mode * 80 + kind * 20 + level (mode 0..8), so that a block finds its
-// records by indexing instead of walking the maps. Built when a set is published, after which
-// the set does not change; a copy of a set starts without them (its records are other objects).
+// Direct tables of the virtual ids the mode logic composes on every block (config/VirtualIds.h):
+// one slot per loudspeaker id of the three fold states and two orientations, and per headphone
+// id of the nine modes, so that a block finds its records by indexing instead of walking the
+// maps. Built when a set is published, after which the set does not change; a copy of a set
+// starts without them (its records are other objects).
 class DirectIds {
 public:
     DirectIds() = default;
@@ -61,20 +62,24 @@ public:
         return &mEntries[static_cast<size_t>(slot)];
     }
 
-    static constexpr int32_t kSpeakerIds = 3 * 4000;  // folds 0..2
-    static constexpr int32_t kSpeakerSlotsPerFold = 2 * 400;
-    static constexpr int32_t kHeadphoneBase = 41000;
-    static constexpr int32_t kHeadphoneSlots = 9 * 80;
-    static constexpr int32_t kSlots = 3 * kSpeakerSlotsPerFold + kHeadphoneSlots;
+    // Loudspeaker ids below kSpeakerIds, of which the first kSpeakerSlotsPerFold of each fold
+    // state (both orientations) have slots; then the headphone ids from their base on.
+    static constexpr int32_t kSpeakerIds = vid::kSpeakerFolds * vid::kSpeakerFoldStride;
+    static constexpr int32_t kSpeakerSlotsPerFold =
+            vid::kSpeakerOrientations * vid::kSpeakerOrientationStride;
+    static constexpr int32_t kSpeakerSlots = vid::kSpeakerFolds * kSpeakerSlotsPerFold;
+    static constexpr int32_t kHeadphoneSlots = vid::kHeadphoneModes * vid::kHeadphoneModeStride;
+    static constexpr int32_t kSlots = kSpeakerSlots + kHeadphoneSlots;
 
     static int32_t Slot(int32_t virtualId) {
         if (virtualId >= 0 && virtualId < kSpeakerIds) {
-            const int32_t inFold = virtualId % 4000;
-            return inFold < kSpeakerSlotsPerFold ? virtualId / 4000 * kSpeakerSlotsPerFold + inFold
-                                                 : -1;
+            const int32_t inFold = virtualId % vid::kSpeakerFoldStride;
+            return inFold < kSpeakerSlotsPerFold
+                           ? virtualId / vid::kSpeakerFoldStride * kSpeakerSlotsPerFold + inFold
+                           : -1;
         }
-        if (virtualId >= kHeadphoneBase && virtualId < kHeadphoneBase + kHeadphoneSlots) {
-            return 3 * kSpeakerSlotsPerFold + (virtualId - kHeadphoneBase);
+        if (virtualId >= vid::kHeadphoneBase && virtualId < vid::kHeadphoneBase + kHeadphoneSlots) {
+            return kSpeakerSlots + (virtualId - vid::kHeadphoneBase);
         }
         return -1;
     }

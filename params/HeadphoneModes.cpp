@@ -1,13 +1,12 @@
 // Per-block tuning choice for wired and Bluetooth headsets: the headphone mode (a 3D rendering
 // mode, a content scene or the custom equaliser), the content's channel layout and the volume
 // level form a virtual id; the headset type and the equaliser are then laid over the records.
+#include "config/VirtualIds.h"
 #include "effect/LogTags.h"
 #include "effect/orlune.h"
 #include "params/ParamHelpers.h"
 
 namespace {
-
-constexpr int kHpModeKeyBase = 41000;
 
 // The 3D mode that smart mode picks from the host's content hints.
 short SmartHpMode(const Orlune& o) {
@@ -189,11 +188,11 @@ int Orlune::FindParamForHP() {
     }
     VolumeIndexToVolLevelHp(static_cast<short>(currentVolumeIndex));
 
-    const int mode = hpModeIndex * 80 + hpMultiKind * 20 + hpVolumeLevel;
+    const int32_t mode = vid::HeadphoneKey(hpModeIndex, hpMultiKind, hpVolumeLevel);
     RealParamIdStru ids = {};
     const AudioOrluneMobilePara* para = nullptr;
     const AudioOrluneMobileParaExt* ext = nullptr;
-    switch (ResolveVirtualId(Tables(), mode + kHpModeKeyBase, &ids, &para, &ext)) {
+    switch (ResolveVirtualId(Tables(), vid::HeadphoneIdOfKey(mode), &ids, &para, &ext)) {
         case Resolve::NoVirtualId:
             ORLUNE_LOGD("%s %d: HP do not find currentParamID currentParamMode: %d ",
                         "FindParamForHP", 2146, mode);

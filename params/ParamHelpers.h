@@ -29,14 +29,6 @@ inline void SetLowByte(int16_t& word, int value) {
     word = static_cast<int16_t>((Bits(word) & 0xFF00) | (static_cast<unsigned>(value) & 0xFF));
 }
 
-// Sum of products with two's-complement wrap-around: a virtual id built from host values that
-// are out of range simply names no mode instead of overflowing.
-inline int32_t WrapSum(int64_t a, int64_t b, int64_t c, int64_t d) {
-    return static_cast<int32_t>(
-            static_cast<uint32_t>(static_cast<uint64_t>(a) + static_cast<uint64_t>(b) +
-                                  static_cast<uint64_t>(c) + static_cast<uint64_t>(d)));
-}
-
 // Hands the current parameter block to the algorithm; the caller (the block) holds the
 // instance lock. Returns the algorithm's status (0 when no algorithm is bound: there is
 // nobody to hand it to).

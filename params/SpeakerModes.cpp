@@ -2,6 +2,7 @@
 // level form a virtual id that resolves to the records handed to the algorithm.
 #include <stdint.h>
 
+#include "config/VirtualIds.h"
 #include "effect/LogTags.h"
 #include "effect/orlune.h"
 #include "params/ParamHelpers.h"
@@ -55,8 +56,7 @@ void Orlune::SetSpkParam() {
     }
     RecordFrames();
 
-    const int32_t virtualId = params::WrapSum(int64_t{foldState} * 4000, int64_t{orientation} * 400,
-                                              int64_t{sceneMode} * 20, volumeLevel);
+    const int32_t virtualId = vid::SpeakerId(foldState, orientation, sceneMode, volumeLevel);
     RealParamIdStru ids = {};
     const AudioOrluneMobilePara* para = nullptr;
     const AudioOrluneMobileParaExt* ext = nullptr;

@@ -3,14 +3,11 @@
 // equaliser laid over the records.
 #include <iterator>
 
+#include "config/VirtualIds.h"
 #include "effect/LogTags.h"
 #include "tests/params/ParamsFixture.h"
 
 namespace {
-
-int HpKey(int index, int kind, int level) {
-    return index * 80 + kind * 20 + level;
-}
 
 class HeadphoneModesTest : public ParamsFixture {
 protected:
@@ -19,8 +16,9 @@ protected:
         o->KivParamsSetInt(kIdDeviceType, 2);
         o->KivParamsSetInt(kIdWiredHeadsetType, kNoHeadsetTypeChange);
         // Every mode key at the default level TWO names the real id 1000 + key.
-        for (int key = VOL_TWO; key <= HpKey(HP_CUSTOM, MULTI_MODE9, VOL_TWO); key += 20) {
-            AddMode(41000 + key, 1000 + key);
+        for (int key = VOL_TWO; key <= vid::HeadphoneKey(HP_CUSTOM, MULTI_MODE9, VOL_TWO);
+             key += vid::kHeadphoneKindStride) {
+            AddMode(vid::HeadphoneIdOfKey(key), 1000 + key);
         }
         // Row r of the type table holds r * 0x100 + 0x10 + i: distinct per row and word, with
         // a high byte that shows whether a write kept or replaced it.
@@ -74,7 +72,7 @@ TEST_F(HeadphoneModesTest, ModeAndKindFromTheSettingsAndTheChannels) {
         o->mIoInfo.enable = 1;
         o->SetNsForHeadsetOrA2dp(c.channels);
         EXPECT_EQ(o->hpModeIndex * 10 + o->hpMultiKind, c.index * 10 + c.kind);
-        EXPECT_EQ(LastKey(), HpKey(c.index, c.kind, VOL_TWO));
+        EXPECT_EQ(LastKey(), vid::HeadphoneKey(c.index, c.kind, VOL_TWO));
         EXPECT_EQ(ExtWord(334) >> 8, c.channels);
         // Off: with the newer UI, index 0 and HP_GAME, which bypass the effect; else host mode
         // 2, and smart mode 1 in mode 0.
@@ -110,7 +108,7 @@ TEST_F(HeadphoneModesTest, MissingModesRefusalsAndFailuresAreLogged) {
             log.Has("FindParamForHP 2153: HP do not find currentRealParamID or "
                     "currentRealParamExtID currentParamMode: 81 ",
                     kTagMobile, ANDROID_LOG_DEBUG));
-    EXPECT_EQ(LastKey(), HpKey(HP_3D_LISTEN, DEFAULT_MODE, VOL_TWO));
+    EXPECT_EQ(LastKey(), vid::HeadphoneKey(HP_3D_LISTEN, DEFAULT_MODE, VOL_TWO));
     {
         TablesPin tables(*o);  // as a block holds them
         EXPECT_EQ(o->FindParamForHP(), -1);
@@ -123,7 +121,7 @@ TEST_F(HeadphoneModesTest, MissingModesRefusalsAndFailuresAreLogged) {
     o->SetNsForHeadsetOrA2dp(2);
     EXPECT_TRUE(log.Has("SetHP3DModeAndType error, hpMode = 9, headphone3dMode = 2", kTagMobile,
                         ANDROID_LOG_ERROR));
-    EXPECT_EQ(LastKey(), HpKey(HP_3D_LISTEN, DEFAULT_MODE, VOL_TWO));
+    EXPECT_EQ(LastKey(), vid::HeadphoneKey(HP_3D_LISTEN, DEFAULT_MODE, VOL_TWO));
     o->KivParamsSetInt(kIdHpModeUi0, 1);
     o->KivParamsSetInt(kIdHp3dMode, 14);
     o->SetNsForHeadsetOrA2dp(8);  // 14 + 4
@@ -200,7 +198,7 @@ TEST_F(HeadphoneModesTest, OverlaysReachTheAlgorithm) {
     o->SetNsForHeadsetOrA2dp(2);
     EXPECT_EQ(ExtWord(334), 0x0209);
     // On Bluetooth its own type is laid over last, and its own index sets the level.
-    AddMode(41000 + HpKey(HP_3D_OFF, DEFAULT_MODE, VOL_FIVE), 7000);
+    AddMode(vid::HeadphoneId(HP_3D_OFF, DEFAULT_MODE, VOL_FIVE), 7000);
     o->KivParamsSetInt(kIdDeviceType, 3);
     o->KivParamsSetInt(kIdBtHeadsetType, 20);
     o->KivParamsSetInt(kIdVolumeIndexBluetooth, 11);

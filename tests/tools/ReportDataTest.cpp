@@ -190,17 +190,19 @@ TEST_F(GridOnCopy, CellsMatchTheResolutions) {
             for (int level = 0; level < 7; ++level) {
                 const GridCell& c = grids[g].cells[row][level];
                 // Speaker rows: orientation x scene; headphone rows: mode x kind.
-                const int vid =
-                        g < 3 ? static_cast<int>(4000 * g + 20 * row + (row >= 9 ? 220 : 0) + level)
-                              : static_cast<int>(41000 + 20 * row + level);
-                ASSERT_EQ(vid, c.virtualId);
-                const auto b = broken.find(vid);
+                const int r = static_cast<int>(row);
+                const int id = g < 3 ? vid::SpeakerId(static_cast<int>(g), r / vid::kSpeakerScenes,
+                                                      r % vid::kSpeakerScenes, level)
+                                     : vid::HeadphoneId(r / vid::kHeadphoneKinds,
+                                                        r % vid::kHeadphoneKinds, level);
+                ASSERT_EQ(id, c.virtualId);
+                const auto b = broken.find(id);
                 if (b != broken.end()) {
-                    EXPECT_EQ(b->second.first, c.kind) << vid;
-                    EXPECT_EQ(b->second.second, c.label) << vid;
+                    EXPECT_EQ(b->second.first, c.kind) << id;
+                    EXPECT_EQ(b->second.second, c.label) << id;
                 } else {
-                    EXPECT_EQ(CellKind::Record, c.kind) << vid;
-                    EXPECT_EQ(expected[vid], c.label) << vid;
+                    EXPECT_EQ(CellKind::Record, c.kind) << id;
+                    EXPECT_EQ(expected[id], c.label) << id;
                 }
                 ++cells;
             }

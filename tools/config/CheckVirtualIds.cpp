@@ -3,6 +3,7 @@
 #include <string>
 
 #include "config/NameLists.h"
+#include "config/VirtualIds.h"
 #include "effect/orlune.h"
 #include "tools/config/Checks.h"
 
@@ -41,19 +42,20 @@ std::string Problem(const IdResolution& id) {
 void InspectVirtualIds(ConfigReport* r) {
     // The ids in the order the table pointers are set: headphones first, then per fold state
     // the portrait and the landscape speaker ids.
-    for (int mode = 0; mode < 9; ++mode) {
-        for (int level = 0; level < 4; ++level) {
-            r->ids.push_back(Resolve(41000 + 80 * mode + level, IdGroup::Headphone,
+    for (int mode = 0; mode < vid::kHeadphoneModes; ++mode) {
+        for (int level = 0; level < vid::kHeadphoneTableLevels; ++level) {
+            r->ids.push_back(Resolve(vid::HeadphoneId(mode, DEFAULT_MODE, level),
+                                     IdGroup::Headphone,
                                      std::string(kHpModeNames[mode]) + "_" + kParamModeNames[0] +
                                              "_" + kVolumeLevelNames[level]));
         }
     }
-    for (int fold = 0; fold < 3; ++fold) {
-        for (int orientation = 0; orientation < 2; ++orientation) {
-            for (int scene = 0; scene < SCENE_COUNT; ++scene) {
-                for (int level = 0; level < 7; ++level) {
+    for (int fold = 0; fold < vid::kSpeakerFolds; ++fold) {
+        for (int orientation = 0; orientation < vid::kSpeakerOrientations; ++orientation) {
+            for (int scene = 0; scene < vid::kSpeakerScenes; ++scene) {
+                for (int level = 0; level < vid::kLevels; ++level) {
                     r->ids.push_back(Resolve(
-                            4000 * fold + 400 * orientation + 20 * scene + level, IdGroup::Speaker,
+                            vid::SpeakerId(fold, orientation, scene, level), IdGroup::Speaker,
                             std::string(kFoldStateNames[fold]) + "_" +
                                     kOrientationNames[orientation] + "_" + kSceneNames[scene] +
                                     "_" + kVolumeLevelNames[level]));
@@ -61,14 +63,14 @@ void InspectVirtualIds(ConfigReport* r) {
             }
         }
     }
-    for (int mode = 0; mode < 9; ++mode) {
-        for (int kind = 0; kind < 4; ++kind) {
-            for (int level = 0; level < 7; ++level) {
-                if (kind == 0 && level < 4) {
-                    continue;  // a pointer-set id
+    for (int mode = 0; mode < vid::kHeadphoneModes; ++mode) {
+        for (int kind = 0; kind < vid::kHeadphoneKinds; ++kind) {
+            for (int level = 0; level < vid::kLevels; ++level) {
+                if (vid::HeadphoneIdGetsTables(kind, level)) {
+                    continue;  // listed above
                 }
                 r->ids.push_back(
-                        Resolve(41000 + 80 * mode + 20 * kind + level, IdGroup::HeadphoneExtra,
+                        Resolve(vid::HeadphoneId(mode, kind, level), IdGroup::HeadphoneExtra,
                                 std::string(kHpModeNames[mode]) + "_" + kParamModeNames[kind] +
                                         "_" + kVolumeLevelNames[level]));
             }

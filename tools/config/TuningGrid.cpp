@@ -3,6 +3,7 @@
 #include <map>
 
 #include "config/NameLists.h"
+#include "config/VirtualIds.h"
 
 namespace {
 
@@ -52,17 +53,17 @@ std::vector<TuningGrid> BuildTuningGrids(const ConfigReport& r) {
         ids[id.virtualId] = &id;
     }
     std::vector<TuningGrid> grids;
-    for (int fold = 0; fold < 3; ++fold) {
+    for (int fold = 0; fold < vid::kSpeakerFolds; ++fold) {
         TuningGrid g;
         g.title = std::string("loudspeaker, ") + kFoldStateNames[fold];
-        for (int orientation = 0; orientation < 2; ++orientation) {
-            for (int scene = 0; scene < SCENE_COUNT; ++scene) {
+        for (int orientation = 0; orientation < vid::kSpeakerOrientations; ++orientation) {
+            for (int scene = 0; scene < vid::kSpeakerScenes; ++scene) {
                 const std::string row =
                         std::string(kOrientationNames[orientation]) + " " + kSceneNames[scene];
                 g.rows.push_back(row);
                 g.cells.emplace_back();
                 for (int level = 0; level < kGridLevels; ++level) {
-                    const int32_t id = 4000 * fold + 400 * orientation + 20 * scene + level;
+                    const int32_t id = vid::SpeakerId(fold, orientation, scene, level);
                     g.cells.back().push_back(Cell(ids, r, id,
                                                   std::string(kFoldStateNames[fold]) + " " + row +
                                                           " " + kVolumeLevelNames[level]));
@@ -73,13 +74,13 @@ std::vector<TuningGrid> BuildTuningGrids(const ConfigReport& r) {
     }
     TuningGrid hp;
     hp.title = "headphones";
-    for (int mode = 0; mode < 9; ++mode) {
-        for (int kind = 0; kind < 4; ++kind) {
+    for (int mode = 0; mode < vid::kHeadphoneModes; ++mode) {
+        for (int kind = 0; kind < vid::kHeadphoneKinds; ++kind) {
             const std::string row = std::string(kHpModeNames[mode]) + " " + kParamModeNames[kind];
             hp.rows.push_back(row);
             hp.cells.emplace_back();
             for (int level = 0; level < kGridLevels; ++level) {
-                hp.cells.back().push_back(Cell(ids, r, 41000 + 80 * mode + 20 * kind + level,
+                hp.cells.back().push_back(Cell(ids, r, vid::HeadphoneId(mode, kind, level),
                                                row + " " + kVolumeLevelNames[level]));
             }
         }

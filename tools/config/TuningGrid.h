@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "config/VirtualIds.h"
 #include "tools/config/ConfigReport.h"
 
 enum class CellKind {
@@ -31,7 +32,7 @@ struct TuningGrid {
     std::vector<std::vector<GridCell>> cells;  // [row][level]
 };
 
-constexpr int kGridLevels = 7;
+constexpr int kGridLevels = vid::kLevels;  // one column per volume level
 
 // Three grids (FOLDED, FULL, HALF_FOLDED) of 2 x 9 rows, then one of 9 x 4 headphone rows.
 std::vector<TuningGrid> BuildTuningGrids(const ConfigReport& report);

@@ -4,6 +4,8 @@
 #include <stdlib.h>
 #include <string.h>
 
+#include "config/VirtualIds.h"
+
 namespace {
 
 bool IntAfter(const char* text, const char* marker, long* value) {
@@ -45,7 +47,8 @@ bool ParseTuningLine(const char* message, TuningLine* tuning) {
     }
     tuning->headphone = hp;
     // The speaker id is compared and logged as 16 bits; the headphone line gives the mode key.
-    tuning->virtualId = static_cast<int32_t>(hp ? 41000 + mode : mode);
+    tuning->virtualId =
+            hp ? vid::HeadphoneIdOfKey(static_cast<int32_t>(mode)) : static_cast<int32_t>(mode);
     if (strstr(message, "NvMode is currentParamMode") != nullptr) {
         long id = 0, ext = 0;
         if (!IntAfter(message, "currentRealParamID: ", &id) ||
@@ -84,13 +87,4 @@ bool ParseUiTypeLine(const char* message, int* uiType) {
 bool ParseLoudLine(const char* message, float* peakDbfs, float* limitDbfs) {
     return sscanf(message, "loud output: peak %f dBFS above limit %f dBFS", peakDbfs, limitDbfs) ==
            2;
-}
-
-SpeakerCoordinates DecodeSpeakerId(int32_t id) {
-    return {id / 4000, id % 4000 / 400, id % 400 / 20, id % 20};
-}
-
-HeadphoneCoordinates DecodeHeadphoneId(int32_t id) {
-    const int32_t key = id - 41000;
-    return {key / 80, key % 80 / 20, key % 20};
 }

@@ -17,7 +17,7 @@ enum class TuningResult { Found, NoVirtualId, NoRecord };
 
 struct TuningLine {
     bool headphone = false;
-    int32_t virtualId = 0;  // headphones: 41000 + the logged mode key
+    int32_t virtualId = 0;  // headphones: from the logged mode key (config/VirtualIds.h)
     TuningResult result = TuningResult::Found;
     int32_t id = 0;  // with Found only
     int32_t extId = 0;
@@ -31,14 +31,3 @@ bool ParseUiTypeLine(const char* message, int* uiType);
 
 // The stand-in detector's "loud output: peak P dBFS above limit L dBFS ..." warning.
 bool ParseLoudLine(const char* message, float* peakDbfs, float* limitDbfs);
-
-// Virtual id coordinates. Speaker: fold x 4000 + orientation x 400 + scene x 20 + level;
-// headphones: 41000 + mode x 80 + kind x 20 + level.
-struct SpeakerCoordinates {
-    int fold, orientation, scene, level;
-};
-struct HeadphoneCoordinates {
-    int mode, kind, level;
-};
-SpeakerCoordinates DecodeSpeakerId(int32_t virtualId);
-HeadphoneCoordinates DecodeHeadphoneId(int32_t virtualId);

@@ -7,6 +7,7 @@
 #include <android/log.h>
 
 #include "config/NameLists.h"
+#include "config/VirtualIds.h"
 #include "tools/play/EffectLog.h"
 #include "tools/play/HostAudio.h"
 #include "tools/play/HostSamples.h"
@@ -283,7 +284,7 @@ void RunRecorder::NoteTuning(const TuningLine& tuning) {
     mBlockTuning = tuning;
     mBlockHadTuning = true;
     if (tuning.headphone) {
-        mModel.SetHeadphoneModeIndex(DecodeHeadphoneId(tuning.virtualId).mode);
+        mModel.SetHeadphoneModeIndex(vid::DecodeHeadphoneId(tuning.virtualId).mode);
     }
 }
 
@@ -329,12 +330,12 @@ void RunRecorder::UpdateTimeline(int64_t frame) {
     bool problem = false;
     if (known) {
         if (hp) {
-            const HeadphoneCoordinates h = DecodeHeadphoneId(t.virtualId);
+            const vid::HeadphoneCoordinates h = vid::DecodeHeadphoneId(t.virtualId);
             hpMode = std::string(NameOf(kHpModeNames, h.mode)) + " / " +
                      NameOf(kParamModeNames, h.kind);
             level = NameOf(kVolumeLevelNames, h.level);
         } else {
-            const SpeakerCoordinates s = DecodeSpeakerId(t.virtualId);
+            const vid::SpeakerCoordinates s = vid::DecodeSpeakerId(t.virtualId);
             fold = NameOf(kFoldStateNames, s.fold);
             orientation = NameOf(kOrientationNames, s.orientation);
             scene = NameOf(kSceneNames, s.scene);

@@ -4,11 +4,13 @@
 
 #include <set>
 
+#include "config/VirtualIds.h"
+
 namespace {
 
-constexpr int kLevels = 7;
-constexpr int kKinds = 4;
-constexpr int kHpModes = 9;
+constexpr int kLevels = vid::kLevels;
+constexpr int kKinds = vid::kHeadphoneKinds;
+constexpr int kHpModes = vid::kHeadphoneModes;
 
 int32_t SpeakerMainId(int scene, int level) {
     return 1001 + 2 * (kLevels * scene + level);
@@ -67,11 +69,11 @@ bool BuildSampleTuning(const SampleSource& s, SampleTuning* t, std::string* erro
         t->extRecords.push_back({HeadphoneExtId(mode), WidthWord(s.headphone[mode].width)});
     }
 
-    for (int fold = 0; fold < 3; ++fold) {
-        for (int orientation = 0; orientation < 2; ++orientation) {
+    for (int fold = 0; fold < vid::kSpeakerFolds; ++fold) {
+        for (int orientation = 0; orientation < vid::kSpeakerOrientations; ++orientation) {
             for (int scene = 0; scene < SCENE_COUNT; ++scene) {
                 for (int level = 0; level < kLevels; ++level) {
-                    t->mappings.push_back({4000 * fold + 400 * orientation + 20 * scene + level,
+                    t->mappings.push_back({vid::SpeakerId(fold, orientation, scene, level),
                                            SpeakerMainId(scene, level), SpeakerExtId(scene),
                                            s.speaker[scene].gainDb + level * s.speakerLevelStepDb,
                                            s.speaker[scene].width,
@@ -86,7 +88,7 @@ bool BuildSampleTuning(const SampleSource& s, SampleTuning* t, std::string* erro
     for (int mode = 0; mode < kHpModes; ++mode) {
         for (int kind = 0; kind < kKinds; ++kind) {
             for (int level = 0; level < kLevels; ++level) {
-                t->mappings.push_back({41000 + 80 * mode + 20 * kind + level,
+                t->mappings.push_back({vid::HeadphoneId(mode, kind, level),
                                        HeadphoneMainId(mode, kind, level), HeadphoneExtId(mode),
                                        s.headphone[mode].gainDb + kind * s.headphoneKindStepDb +
                                                level * s.headphoneLevelStepDb,
