@@ -40,7 +40,7 @@ void BM_LoadSampleConfiguration(benchmark::State& state) {
     }
     for (auto _ : state) {
         ResetConfigurationTables();
-        LoadConfigurationOnce(false);
+        LoadAsFirstInstance(false);
         benchmark::DoNotOptimize(PublishedTables().gVituralMapTable.size());
     }
     state.counters["virtual_ids"] = static_cast<double>(PublishedTables().gVituralMapTable.size());

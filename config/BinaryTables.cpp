@@ -11,7 +11,6 @@
 namespace {
 
 constexpr int kTwsLength = kTwsSceneWords;
-constexpr int kSurLength = kSurWords / 2;  // the reader takes twice its length argument
 constexpr long kTwsSceneBytes = kTwsSceneWords * 2L;
 
 // The configured file `name`.bin, resolved and opened, or null. `realpathMessage` is logged
@@ -88,7 +87,7 @@ int Orlune::ReadTWS(int16_t* tables[2], int length) {
 }
 
 int Orlune::ReadSUR(int16_t* table, int length) {
-    if (length != kSurLength) {
+    if (length != kSurReadLength) {
         ORLUNE_LOGE("%s: length error", "ReadSUR");
         return -1;
     }

@@ -21,14 +21,16 @@ struct AudioOrluneMobilePara {
 static_assert(sizeof(AudioOrluneMobilePara) == 838, "main record is 838 bytes");
 static_assert(alignof(AudioOrluneMobilePara) == 2, "main record is 2-byte aligned");
 
-constexpr int kLphRowWords = 2053;
+// Sizes of the binary tables in 16-bit values, as the files lay them out.
+constexpr int kLphRowWords = 2053;  // lph_config: 20 rows
 constexpr int kLphRows = 20;
-constexpr int kTwsSceneWords = 4105;
+constexpr int kTwsSceneWords = 4105;  // tws_config1 and 2: 16 scenes each
 constexpr int kTwsScenes = 16;
-constexpr int kSurWords = 2560;
-constexpr int kTehWords = 9600;
-constexpr int kAsc1Words = 2053;
-constexpr int kAsc2Words = 4105;
+constexpr int kSurWords = 2560;                // sur_config
+constexpr int kSurReadLength = kSurWords / 2;  // ReadSUR's length argument: it reads twice that
+constexpr int kTehWords = 9600;                // teh_config
+constexpr int kAsc1Words = 2053;               // ascconfig1
+constexpr int kAsc2Words = 4105;               // ascconfig2
 
 // Extended tuning record: opaque words plus pointers into the process-wide binary tables.
 struct AudioOrluneMobileParaExt {

@@ -4,6 +4,7 @@
 #include <string.h>
 #include <unistd.h>
 
+#include "config/ConfigLoad.h"
 #include "effect/LogTags.h"
 
 std::atomic<uint32_t> Orlune::gInstanceNum{0};
@@ -61,10 +62,7 @@ Orlune::Orlune() {
     if (!gMapTableFlag) {
         ConfigUpdate update;
         if (!gMapTableFlag) {
-            ParamTableSet& tables = update.Tables();
-            tables.gVituralMapTable.erase(0);
-            tables.gRealMapTable.erase(0);
-            tables.gRealMapTableExt.erase(0);
+            PruneKeyZeroPlaceholders(update.Tables());
             gMapTableFlag = true;
         }
     }

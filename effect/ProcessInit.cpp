@@ -12,7 +12,9 @@
 #include <platform/device_fs.h>
 
 #include "config/ConfigFile.h"
+#include "config/ConfigLoad.h"
 #include "effect/LogTags.h"
+#include "effect/OutChannels.h"
 #include "effect/PipelineLimits.h"
 #include "effect/orlune.h"
 
@@ -49,26 +51,13 @@ void CompareUiType() {
     fclose(node);
 }
 
-// Reads the product's tuning once per process; later instances share the tables. The binary
-// tables are filled before the new set that points into them is published.
+// Reads the product's tuning once per process; later instances share the tables.
 void LoadConfigurationOnce() {
     std::lock_guard<std::recursive_mutex> lock(ConfigLoadLock());
     if (Orlune::gLoadedBinParam) {
         return;
     }
-    Orlune::GetProductNameConfig();
-    Orlune::ReadTWS(Orlune::gTwsConfig, 4105);
-    Orlune::ReadSUR(Orlune::gX2BConfig, 1280);
-    Orlune::ReadLPH(Orlune::gLphConfig, 2053);
-    Orlune::ReadTEH(Orlune::gTehConfig, 9600);
-    Orlune::ReadASC1(Orlune::gAscConfig1, 2053);
-    Orlune::ReadASC2(Orlune::gAscConfig2, 4105);
-    {
-        ConfigUpdate update;
-        Orlune::KivReadConfigFromXML(Orlune::gMusicRegionEnable);
-        Orlune::KivReadConfigTableFromXML(Orlune::gMusicRegionEnable);
-        Orlune::KivInitConfigPointer();
-    }
+    RunConfigLoad(Orlune::gMusicRegionEnable);
     Orlune::gLoadedBinParam = true;
     CompareUiType();
 }
@@ -160,8 +149,7 @@ void Orlune::InitKiv(bool resetGuard) {
     mConfigChannelOut = orlune_platform::PropertyGetInt32("msc.brisel.config_channel_out", 2);
     mIoInfo.inChannels = mChannelCount != 0 ? mChannelCount : 2;
 
-    const bool fourOut = mConfigChannelOut == 4 && (mDeviceType == 1 || mDeviceType == 2);
-    mOutChannelCount = fourOut ? 4 : 2;
+    mOutChannelCount = outchannels::AtInit(mConfigChannelOut, mDeviceType);
     mIoInfo.outChannels = mOutChannelCount;
     mIoInfo.resetWord = 0;
 

@@ -5,6 +5,7 @@
 #include <audio_utils/format.h>
 
 #include "effect/LogTags.h"
+#include "effect/OutChannels.h"
 #include "effect/PipelineLimits.h"
 #include "effect/VolumeDb.h"
 #include "effect/orlune.h"
@@ -77,17 +78,10 @@ void LogReject(BlockReject why, int value, int frames, int channels, audio_forma
 }  // namespace
 
 void Orlune::UpdateKivAndHandleOutChannel() {
-    // Output channel counts by device (1 loudspeaker, 2 wired headset, 3 Bluetooth), used when
-    // the device is configured for more than two output channels.
-    static constexpr int32_t kOutChannels[3] = {4, 4, 2};
-    static constexpr int32_t kAlgoOutChannels[3] = {4, 2, 2};
-    if (mConfigChannelOut == 2) {
-        mOutChannelCount = 2;
-        mIoInfo.outChannels = 2;
-    } else if (mDeviceType >= 1 && mDeviceType <= 3) {
-        mOutChannelCount = kOutChannels[mDeviceType - 1];
-        mIoInfo.outChannels = kAlgoOutChannels[mDeviceType - 1];
-    }
+    const outchannels::OutChannels out = outchannels::PerBlock(
+            mConfigChannelOut, mDeviceType, {mOutChannelCount, mIoInfo.outChannels});
+    mOutChannelCount = out.host;
+    mIoInfo.outChannels = out.algo;
 }
 
 // The whole block runs under the instance lock and reads one set of parameter tables, so

@@ -2,6 +2,7 @@
 // a process-wide flag); the next processing block turns the recorded state into tuning. Only
 // kIdMusicRegion, kIdReloadConfig and kIdPcmDump act at once. A setter changes the instance
 // under the instance lock, so the change lands between two blocks.
+#include "config/ConfigLoad.h"
 #include "effect/LogTags.h"
 #include "effect/orlune.h"
 #include "params/ParamIds.h"
@@ -313,23 +314,15 @@ void Orlune::SwitchRegion(int value) {
     }
 }
 
-// The tuning tool on a PC pushed new XML files: drop every map (the key-0 placeholders too)
-// and read both files again. The binary tables stay as loaded. The new tables are built beside
+// The tuning tool on a PC pushed new XML files: they are read again (RunConfigReload), the
+// binary tables stay as loaded. The new tables are built beside
 // the published ones and reach this instance's blocks together with its new threshold rows;
 // other instances pick them up at their next block.
 void Orlune::ReloadConfiguration() {
     {
         ConfigUpdate update;
-        ParamTableSet& next = update.Tables();
-        next.gHpMapTable.clear();
-        next.gRealMapTable.clear();
-        next.gRealMapTableExt.clear();
-        next.gVituralMapTable.clear();
-        ORLUNE_LOGI("kiv config is updated by pc tool");
-        KivReadConfigFromXML(gMusicRegionEnable);
-        KivReadConfigTableFromXML(gMusicRegionEnable);
-        const VolumeThrRows thresholds = ComputeVolumeThr();
-        KivInitConfigPointer();
+        RunConfigReload(gMusicRegionEnable);
+        const VolumeThrRows thresholds = ComputeVolumeThr();  // from the new main XML
         update.Finish();  // the direct tables are built before the block's lock is taken
         InstanceLock lock(*this);
         ApplyVolumeThr(thresholds);

@@ -155,13 +155,7 @@ protected:
         r.deviceRoot = root.Path();
         LogCollector log;
         StartCountingValues();
-        PruneKeyZeroPlaceholders();
-        for (size_t step = 0; step < sizeof(kConfigLoadSteps) / sizeof(kConfigLoadSteps[0]);
-             ++step) {
-            log.SetStep(static_cast<int>(step));
-            kConfigLoadSteps[step].run(false);
-        }
-        log.SetStep(-1);
+        log.Load(false);
         InspectFiles(log, &r);
         InspectElements(log, &r);
         InspectVirtualIds(&r);

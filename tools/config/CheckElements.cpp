@@ -13,7 +13,7 @@
 #include "config/ValueCountObserver.h"
 #include "effect/orlune.h"
 #include "tools/config/Checks.h"
-#include "tools/config/LoadOrder.h"
+#include "config/ConfigLoad.h"
 
 namespace {
 
@@ -199,7 +199,7 @@ const std::vector<ValueCount>& CountedValues() {
 }
 
 int LoadStepIndex(const char* name) {
-    for (size_t i = 0; i < sizeof(kConfigLoadSteps) / sizeof(kConfigLoadSteps[0]); ++i) {
+    for (size_t i = 0; i < kConfigLoadStepCount; ++i) {
         if (strcmp(kConfigLoadSteps[i].name, name) == 0) {
             return static_cast<int>(i);
         }

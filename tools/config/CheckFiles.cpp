@@ -12,7 +12,6 @@
 #include "config/TokenList.h"
 #include "effect/orlune.h"
 #include "tools/config/Checks.h"
-#include "tools/config/LoadOrder.h"
 
 namespace {
 

@@ -2,6 +2,8 @@
 
 #include <android/log.h>
 
+#include "tools/config/LoadOrder.h"
+
 namespace {
 
 std::vector<CollectedLine> sLines;
@@ -26,6 +28,11 @@ LogCollector::~LogCollector() {
 
 void LogCollector::SetStep(int step) {
     sStep = step;
+}
+
+void LogCollector::Load(bool musicRegionEnable) {
+    LoadAsFirstInstance(musicRegionEnable, [](int step, void*) { sStep = step; });
+    sStep = -1;
 }
 
 const std::vector<CollectedLine>& LogCollector::Lines() const {

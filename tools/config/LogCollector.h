@@ -17,6 +17,9 @@ public:
     LogCollector();   // installs itself as the process's liblog logger
     ~LogCollector();  // restores the stderr logger
     void SetStep(int step);
+    // Loads the configuration as the first effect instance does, each line tagged with its
+    // step.
+    void Load(bool musicRegionEnable);
     const std::vector<CollectedLine>& Lines() const;
     // Messages of one step (or of all steps with -2).
     std::vector<std::string> Messages(int step) const;

@@ -15,7 +15,6 @@
 #include "effect/orlune.h"
 #include "tools/config/ConfigReport.h"
 #include "tools/config/Checks.h"
-#include "tools/config/LoadOrder.h"
 #include "tools/config/LogCollector.h"
 #include "tools/config/ReportOutput.h"
 
@@ -81,12 +80,7 @@ int main(int argc, char** argv) {
 
     LogCollector log;
     StartCountingValues();
-    PruneKeyZeroPlaceholders();  // as the first effect instance does
-    for (size_t step = 0; step < sizeof(kConfigLoadSteps) / sizeof(kConfigLoadSteps[0]); ++step) {
-        log.SetStep(static_cast<int>(step));
-        kConfigLoadSteps[step].run(report.regionEnabled);
-    }
-    log.SetStep(-1);
+    log.Load(report.regionEnabled);
 
     InspectFiles(log, &report);
     InspectTables(&report);

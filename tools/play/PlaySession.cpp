@@ -11,6 +11,7 @@
 #include <chrono>
 #include <fstream>
 
+#include "effect/OutChannels.h"
 #include "params/ParamIds.h"
 #include "tools/play/EffectLog.h"
 #include "tools/play/HostAudio.h"
@@ -29,16 +30,10 @@ bool SetsAtStart(const PlayOptions& o, int id) {
     return false;
 }
 
-// Output channels the effect writes back: its own rule from the configured channel count and
-// the device; a host knows this from how it configured the stream.
+// Output channels the effect writes back, by its own rule; a host knows this from how it
+// configured the stream.
 int EffectOutChannels(int configOut, int device, int previous) {
-    if (configOut == 2) {
-        return 2;
-    }
-    if (device == 1 || device == 2) {
-        return 4;
-    }
-    return device == 3 ? 2 : previous;
+    return outchannels::PerBlock(configOut, device, {previous, previous}).host;
 }
 
 bool NonSilent(const uint8_t* block, size_t samples, int bytes) {
@@ -231,7 +226,7 @@ bool RunPlay(const PlayOptions& o, PlayEffect* effect, PlayResult* r, std::strin
         }
     }
 
-    int outChannels = (configOut == 4 && (device == 1 || device == 2)) ? 4 : 2;
+    int outChannels = outchannels::AtInit(configOut, device);
     outChannels = EffectOutChannels(configOut, device, outChannels);
     r->outChannels = layout == 2 ? 2 : (configOut != 2 ? 4 : 2);
     if (layout == 2 && outChannels == 4) {
