@@ -33,12 +33,8 @@ void Orlune::ProcessFadeInOut(int frameCount) {
 void Orlune::KivApply(int* out) {
     static const char* const kFn = "KivApply";
     if (mChannelCount == 2) {
-        bool mode;
-        if (Tables().gUiType == 0) {
-            mode = mIoInfo.enable != 0 || HP_MODE == 2;
-        } else {
-            mode = mIoInfo.enable != 0 || hpModeIndex == HP_3D_OFF || hpModeIndex == HP_GAME;
-        }
+        const bool mode = pipeline::ClickRemoverFades(Tables().gUiType, mIoInfo.enable != 0,
+                                                      HP_MODE, hpModeIndex);
         const int32_t* popped = PopEliminate(mIoBuffer, pipeline::kStereoFrameSamples, mode);
         if (popped != nullptr) {
             const int ret = memcpy_s(mIoBuffer, sizeof(mIoBuffer), popped, kPopBlockBytes);
@@ -72,7 +68,7 @@ void Orlune::KivApply(int* out) {
 
     const int oc = mOutChannelCount;
     const bool sameLayout = oc == 2 || mDeviceType == 1;
-    const bool guard = mMuteCountdown > 0 && stereoWidenEnable == 1;
+    const bool guard = pipeline::GuardActive(mMuteCountdown, stereoWidenEnable);
     if (sameLayout && !guard) {
         memcpy(out, mIoBuffer, static_cast<size_t>(oc) * kAlgoFrame * sizeof(int32_t));
         return;

@@ -3,6 +3,7 @@
 
 #include <stdint.h>
 
+#include "effect/BlockRules.h"
 #include "effect/orlune.h"
 
 namespace pipeline {
@@ -11,7 +12,6 @@ constexpr int kStereoFrameSamples = kAlgoFrame * 2;  // one stereo algorithm fra
 constexpr int kEightChannelFrameSamples = kAlgoFrame * 8;
 constexpr int kTenChannelFrameSamples = kAlgoFrame * 10;
 constexpr int kAlgoSampleRate = 48000;
-constexpr int32_t kSwapFadeFrames = 9600;  // 200 ms at 48 kHz from normal to swapped
 
 // Largest valid outBufOffset: the output buffer's capacity, counted as half the buffer for
 // stereo output, less 1924 samples (481 four-channel frames, one algorithm frame and one more).
@@ -40,14 +40,10 @@ inline bool FramesFit(const Orlune& o, int64_t frames, int32_t channels) {
            o.outBufOffset + frames * channels * kAlgoFrame <= kOutputBufferSamples;
 }
 
-// With the UI type 0, headphone mode "off" (2) or smart mode chosen in mode 0 turns the
-// algorithm off for the block; the stereo path exempts the loudspeaker.
+// The UI rule (effect/BlockRules.h) for the instance's words.
 inline bool UiRuleDisables(const Orlune& o, bool exemptSpeaker) {
-    if (o.Tables().gUiType != 0) {
-        return false;
-    }
-    const bool hpOff = o.HP_MODE == 2 || (o.HP_MODE == 0 && o.HP_SMART_MODE == 1);
-    return hpOff && !(exemptSpeaker && o.mDeviceType == 1);
+    return UiRuleDisables(o.Tables().gUiType, o.HP_MODE, o.HP_SMART_MODE, o.mDeviceType,
+                          exemptSpeaker);
 }
 
 }  // namespace pipeline

@@ -179,13 +179,8 @@ void Orlune::InitKiv(bool resetGuard) {
         ringingState = 0;
     }
     // The swap fade jumps to its target: no fade is heard across a re-initialisation.
-    if (param5Flag != 0) {
-        mSwapPos = 0;
-        param5Step = -1;
-    } else {
-        mSwapPos = pipeline::kSwapFadeFrames;
-        param5Step = 1;
-    }
+    mSwapPos = pipeline::SwapRestPos(param5Flag != 0);
+    param5Step = pipeline::SwapStep(param5Flag != 0);
     if (!mHpDefaultsApplied) {
         HP_MODE = 1;
         HP_EQ[10] = 100;

@@ -165,7 +165,7 @@ void Orlune::KivOutProcPlaySamples(short* buffer, int frames, int channels, audi
             mIoInfo.enable = 0;
         }
         if (mMuteCountdown > 0) {
-            mMuteCountdown -= 8;
+            mMuteCountdown -= pipeline::kGuardPerBlock;
         }
         const int n = inBufOffset / pipeline::kStereoFrameSamples;
         ProcessFadeInOut(n);

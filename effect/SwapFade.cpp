@@ -18,23 +18,8 @@ int32_t Saturate(int64_t v) {
     return v > INT32_MAX ? INT32_MAX : (v < INT32_MIN ? INT32_MIN : static_cast<int32_t>(v));
 }
 
-// Advances the fade by one frame: below 1 is fully swapped, 9600 and above is normal.
-void StepSwapPos(Orlune& o) {
-    const int64_t pos = static_cast<int64_t>(o.mSwapPos) + o.param5Step;
-    o.mSwapPos =
-            pos < 1 ? 0 : (pos >= kSwapFadeFrames ? kSwapFadeFrames : static_cast<int32_t>(pos));
-}
-
-// The same for `frames` frames at once. The position moves monotonically and stays inside
-// 0..9600, so the clamp applied at every step equals one clamp at the end.
-void AdvanceSwapPos(Orlune& o, int frames) {
-    const int64_t pos =
-            static_cast<int64_t>(o.mSwapPos) + static_cast<int64_t>(o.param5Step) * frames;
-    if (frames <= 0) {
-        return;
-    }
-    o.mSwapPos =
-            pos < 1 ? 0 : (pos >= kSwapFadeFrames ? kSwapFadeFrames : static_cast<int32_t>(pos));
+void AdvanceFade(Orlune& o, int frames) {
+    o.mSwapPos = pipeline::AdvanceSwapPos(o.mSwapPos, o.param5Step, frames);
 }
 
 void FadeStereo(Orlune& o, int32_t* frame) {
@@ -80,9 +65,8 @@ void FadeFour(Orlune& o, int32_t* frame) {
     }
 }
 
-// In the normal state with the fade heading to normal nothing moves and no frame changes.
 bool AtRest(const Orlune& o) {
-    return o.mSwapPos == kSwapFadeFrames && o.param5Step >= 0;
+    return pipeline::SwapAtRest(o.mSwapPos, o.param5Step);
 }
 
 }  // namespace
@@ -94,13 +78,13 @@ void Orlune::SwapChannel(int frames, int channels) {
     }
     const bool active = mDeviceType == 1 && mIoInfo.enable != 0 && param37Flag == 0;
     if (!active || channels != 2) {
-        AdvanceSwapPos(*this, frames);  // no frame is touched
+        AdvanceFade(*this, frames);  // no frame is touched
         return;
     }
     const int64_t start =
             static_cast<int64_t>(inBufOffset) - static_cast<int64_t>(frames) * channels;
     for (int f = 0; f < frames; ++f) {
-        StepSwapPos(*this);
+        AdvanceFade(*this, 1);
         const int64_t at = start + static_cast<int64_t>(f) * channels;
         if (at >= 0) {
             FadeStereo(*this, mInputCache + at);
@@ -116,13 +100,13 @@ void Orlune::SwapFourChannel(int frames, int channels) {
     }
     const bool active = mDeviceType == 1 && mIoInfo.enable != 0;
     if (!active || channels != 4) {
-        AdvanceSwapPos(*this, frames);  // no frame is touched
+        AdvanceFade(*this, frames);  // no frame is touched
         return;
     }
     const int64_t start =
             static_cast<int64_t>(outBufOffset) - static_cast<int64_t>(frames) * channels;
     for (int f = 0; f < frames; ++f) {
-        StepSwapPos(*this);
+        AdvanceFade(*this, 1);
         const int64_t at = start + static_cast<int64_t>(f) * channels;
         if (at >= 0) {
             FadeFour(*this, mOutputBuffer + at);

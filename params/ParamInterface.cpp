@@ -3,6 +3,7 @@
 // kIdMusicRegion, kIdReloadConfig and kIdPcmDump act at once. A setter changes the instance
 // under the instance lock, so the change lands between two blocks.
 #include "config/ConfigLoad.h"
+#include "effect/BlockRules.h"
 #include "effect/LogTags.h"
 #include "effect/orlune.h"
 #include "params/ParamIds.h"
@@ -134,7 +135,7 @@ void Orlune::SetKivOtherParam(int key, int value) {
         case kIdChannelSwap:
             if (value != param5Flag) {
                 param5Flag = (value != 0) ? 1 : 0;
-                param5Step = (value == 0) ? 1 : -1;
+                param5Step = pipeline::SwapStep(value != 0);
             }
             break;
         case kIdObsoleteIpgpMode:
@@ -143,7 +144,7 @@ void Orlune::SetKivOtherParam(int key, int value) {
         case kIdStartGuard:
             param7Value = value;
             if (stereoWidenEnable == 1) {
-                mMuteCountdown = 64;
+                mMuteCountdown = pipeline::kGuardStart;
                 mMuteArmed = 0;
             }
             break;

@@ -1,5 +1,6 @@
 #include "tools/play/EffectModel.h"
 
+#include "effect/BlockRules.h"
 #include "params/ParamIds.h"
 
 void EffectModel::Apply(const ParamEvent& e) {
@@ -14,12 +15,12 @@ void EffectModel::Apply(const ParamEvent& e) {
         case kIdChannelSwap:
             if (v != (mSwapWanted ? 1 : 0)) {
                 mSwapWanted = v != 0;
-                mSwapStep = v == 0 ? 1 : -1;
+                mSwapStep = pipeline::SwapStep(mSwapWanted);
             }
             break;
         case kIdStartGuard:
             if (mWidenEnable == 1) {
-                mMuteCountdown = 64;
+                mMuteCountdown = pipeline::kGuardStart;
             }
             break;
         case kIdDeviceType:
@@ -47,34 +48,28 @@ void EffectModel::Apply(const ParamEvent& e) {
 
 void EffectModel::Reinitialised() {
     mMuteCountdown = 0;
-    mSwapPos = mSwapWanted ? 0 : kSwapFadeFrames;
-    mSwapStep = mSwapWanted ? -1 : 1;
+    mSwapPos = pipeline::SwapRestPos(mSwapWanted);
+    mSwapStep = pipeline::SwapStep(mSwapWanted);
 }
 
 void EffectModel::Block(int frames, bool stereo) {
-    if (!(mSwapPos == kSwapFadeFrames && mSwapStep >= 0)) {
-        const long pos = static_cast<long>(mSwapPos) + static_cast<long>(mSwapStep) * frames;
-        mSwapPos = pos < 1 ? 0 : (pos >= kSwapFadeFrames ? kSwapFadeFrames : static_cast<int>(pos));
+    if (!pipeline::SwapAtRest(mSwapPos, mSwapStep)) {
+        mSwapPos = pipeline::AdvanceSwapPos(mSwapPos, mSwapStep, frames);
     }
     if (stereo && mMuteCountdown > 0) {
-        mMuteCountdown -= 8;
+        mMuteCountdown -= pipeline::kGuardPerBlock;
     }
 }
 
 bool EffectModel::ClickRemoverOn() const {
-    const bool hpIndexOff = mHpModeIndex == 0 || mHpModeIndex == 7;
-    if (mUiType != 0) {
-        return Enabled() || hpIndexOff;
-    }
-    // With UI type 0 the headphone "off" selectors switch the effect off away from the
-    // loudspeaker, and selector 2 keeps the click remover fading regardless.
-    const bool hpOff = mHpMode == 2 || (mHpMode == 0 && mHpSmartMode == 1);
-    const bool enabled = Enabled() && !(hpOff && mDevice != 1);
-    return enabled || mHpMode == 2;
+    // The stereo path's enable after the UI rule.
+    const bool enabled =
+            Enabled() && !pipeline::UiRuleDisables(mUiType, mHpMode, mHpSmartMode, mDevice, true);
+    return pipeline::ClickRemoverFades(mUiType, enabled, mHpMode, mHpModeIndex);
 }
 
 EffectModel::Swap EffectModel::SwapState() const {
-    if (mSwapPos > 0 && mSwapPos < kSwapFadeFrames) {
+    if (mSwapPos > 0 && mSwapPos < pipeline::kSwapFadeFrames) {
         return Swap::Fading;
     }
     return mSwapPos == 0 && mSwapWanted ? Swap::Swapped : Swap::Normal;

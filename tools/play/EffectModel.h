@@ -1,8 +1,10 @@
 // The instance's switches that no log line shows, followed from the parameters the harness
 // sets and from the lines it does see: output device, run-time enable, headphone selector, the
 // click remover's fade switch, the left/right swap cross-fade and the start-up output guard.
+// The rules themselves are the library's (effect/BlockRules.h).
 #pragma once
 
+#include "effect/BlockRules.h"
 #include "tools/play/PlayOptions.h"
 
 class EffectModel {
@@ -26,7 +28,7 @@ public:
     Swap SwapState() const;
     // The cross-fade touches the audio only on the loudspeaker with the effect on.
     bool SwapAudible() const { return mDevice == 1 && Enabled() && !mSwapInhibit; }
-    bool GuardActive() const { return mMuteCountdown > 0 && mWidenEnable == 1; }
+    bool GuardActive() const { return pipeline::GuardActive(mMuteCountdown, mWidenEnable); }
 
 private:
     int mUiType = 0;
@@ -38,8 +40,7 @@ private:
     int mHpModeIndex = 0;
     bool mSwapWanted = false;  // kIdChannelSwap
     int mSwapStep = 1;
-    int mSwapPos = kSwapFadeFrames;
+    int mSwapPos = pipeline::kSwapFadeFrames;
     bool mSwapInhibit = false;  // kIdSwapInhibit
     int mMuteCountdown = 0;     // kIdStartGuard
-    static constexpr int kSwapFadeFrames = 9600;
 };
