@@ -21,7 +21,7 @@
 #include "config/ParamRecords.h"
 #include "config/VirtualIds.h"
 
-constexpr int kHpTypeWords = 288;
+constexpr int kHpTypeWords = 288;  // headphone-type words: 256 from id 30181, 32 from id 30182
 
 struct ParamTableSet;
 

@@ -18,10 +18,16 @@ struct KivIoInfo {
     int32_t reserved1;
 };
 static_assert(__BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__, "the algorithm reads little-endian words");
+// Every word the algorithm reads, at its fixed offset.
+static_assert(offsetof(KivIoInfo, inBuf) == 0, "KivIoInfo layout");
 static_assert(offsetof(KivIoInfo, outBuf) == 8, "KivIoInfo layout");
 static_assert(offsetof(KivIoInfo, frameLength) == 16, "KivIoInfo layout");
+static_assert(offsetof(KivIoInfo, enable) == 20, "KivIoInfo layout");
+static_assert(offsetof(KivIoInfo, resetWord) == 24, "KivIoInfo layout");
 static_assert(offsetof(KivIoInfo, volume) == 28, "KivIoInfo layout");
+static_assert(offsetof(KivIoInfo, inChannels) == 32, "KivIoInfo layout");
 static_assert(offsetof(KivIoInfo, outChannels) == 36, "KivIoInfo layout");
+static_assert(offsetof(KivIoInfo, reserved0) == 40, "KivIoInfo layout");
 static_assert(offsetof(KivIoInfo, reserved1) == 44, "KivIoInfo layout");
 static_assert(sizeof(KivIoInfo) == 48 && alignof(KivIoInfo) == 8, "KivIoInfo layout");
 

@@ -139,6 +139,7 @@ void Orlune::KivOutProcPlayInit() {
 }
 
 void Orlune::InitPopEliminate() {
+    // Stereo, 4-byte samples, one algorithm frame per call, output type 0 (carried only).
     const ProcessConfig config = {2, 4, kPopBlockBytes, 0, AUDIO_FORMAT_PCM_32_BIT};
     mPopElim->CuttingEdgeFadeinoutInit(&config, &mPopHandle, mPopBuffer, mPopCache);
 }
@@ -182,8 +183,8 @@ void Orlune::InitKiv(bool resetGuard) {
     mSwapPos = pipeline::SwapRestPos(param5Flag != 0);
     param5Step = pipeline::SwapStep(param5Flag != 0);
     if (!mHpDefaultsApplied) {
-        HP_MODE = 1;
-        HP_EQ[10] = 100;
+        HP_MODE = 1;      // manual 3D
+        HP_EQ[10] = 100;  // the eleventh custom equaliser band
         wiredHeadsetType = kNoHeadsetTypeChange;
         mHpDefaultsApplied = true;
     }

@@ -64,12 +64,13 @@ enum DumpHandle {
     DUMP_HANDLE_COUNT = 4,
 };
 
-constexpr int kInputCacheSamples = 76800;
-constexpr int kOutputBufferSamples = 153600;
-constexpr int kIoBufferSamples = kAlgoFrame * 10;
-constexpr int kVolumeThrRawWords = 37;
-constexpr int kHpTypeRows = 18;
+constexpr int kInputCacheSamples = 76800;          // 16 ten-channel algorithm frames
+constexpr int kOutputBufferSamples = 153600;       // twice the input cache
+constexpr int kIoBufferSamples = kAlgoFrame * 10;  // one algorithm frame of the widest layout
+constexpr int kVolumeThrRawWords = 37;  // main XML id 30160: a switch, then six rows of six
+constexpr int kHpTypeRows = 18;         // headphone-type rows, one per headset type
 constexpr int kHpTypeRowWords = 16;
+static_assert(kHpTypeRows * kHpTypeRowWords == kHpTypeWords, "the rows cover the type words");
 constexpr int kThresholdsPerScene = 6;
 constexpr int kNoHeadsetTypeChange = 10;  // wiredHeadsetType value that keeps the record's type
 
@@ -304,51 +305,54 @@ public:
     android::sp<android::LadReportInfo> mLadInfoOut;  // second report record: algorithm output
 
     // ---- Parameter and mode state -------------------------------------------------------
-    // The mode block opens with five words whose defaults are 1, 1, 0, 0, 1.
-    int32_t foldState = FOLD_FULL;  // 0 FOLDED, 1 FULL, 2 HALF_FOLDED
-    int32_t btHeadsetType = 1;      // type row for a Bluetooth headset
-    int32_t ringingState = 0;       // 1: a ringtone or alarm stream is active
-    int32_t orientation = ORIENTATION_PORTRAIT;
-    int32_t volumeLevel = VOL_ONE;  // speaker volume level in force
+    // Set by the host's parameter ids (params/ParamIds.h; each comment names its id) or derived
+    // from them per block. The mode block opens with five words whose defaults are 1, 1, 0, 0,
+    // 1.
+    int32_t foldState = FOLD_FULL;               // kIdFoldState: 0 folded, 1 full, 2 half folded
+    int32_t btHeadsetType = 1;                   // kIdBtHeadsetType: type row for Bluetooth
+    int32_t ringingState = 0;                    // kIdRingingState: a ringtone or alarm is active
+    int32_t orientation = ORIENTATION_PORTRAIT;  // kIdOrientation
+    int32_t volumeLevel = VOL_ONE;               // speaker volume level in force (derived)
 
-    int32_t stereoWidenEnable = 0;  // with param32Value: the run-time enable
-    int32_t param32Value = 0;
-    int32_t param7Value = 0;
-    int32_t mMuteCountdown = 0;  // start-up output guard, set with param7Value
-    int32_t mMuteArmed = 0;
-    uint8_t param5Flag = 0;   // a left/right swap is wanted
-    int32_t param5Step = 1;   // swap fade step: -1 towards swapped, +1 towards normal
-    uint8_t param37Flag = 0;  // swap inhibited
-    uint8_t channelSwapped = 0;
+    int32_t stereoWidenEnable = 0;  // kIdWidenEnable: first of the two run-time enable flags
+    int32_t param32Value = 0;       // kIdEffectEnable: second run-time enable flag
+    int32_t param7Value = 0;        // kIdStartGuard: last value set (stored only)
+    int32_t mMuteCountdown = 0;     // start-up output guard, armed by kIdStartGuard
+    int32_t mMuteArmed = 0;         // the guard has seen sound and mutes from now on
+    uint8_t param5Flag = 0;         // kIdChannelSwap: a left/right swap is wanted
+    int32_t param5Step = 1;         // swap fade step: -1 towards swapped, +1 towards normal
+    uint8_t param37Flag = 0;        // kIdSwapInhibit: the swap fade stays off the audio
+    uint8_t channelSwapped = 0;     // a full swap happened since the last query
 
-    int32_t multiMovieFlag = 0;
-    int32_t smartHint9 = 0;
-    int32_t smartHint10 = 0;
-    int32_t mDeviceType = 0;  // 1 loudspeaker, 2 wired headset, 3 Bluetooth A2DP
-    int32_t wiredHeadsetType = 0;
-    int16_t HP_TYPE = 0;
-    int16_t HP_MODE = 0;
-    int16_t SPK_MODE = 0;
-    int16_t HP_SMART_MODE = 0;
-    int16_t HP_3D_MODE = 0;
-    int16_t eqPreset = 0;
-    int16_t HP_EQ[11] = {};  // HP_EQ1 .. HP_EQ11
-    int16_t HP_PREGAIN = 0;
-    int32_t sceneRequest = SCENE_MUSIC;
-    int32_t sceneMode = SCENE_MUSIC;
-    int32_t ringPending = 0;
-    int32_t highTempState = 0;
-    int32_t startStreamState = 3;
-    int32_t stopStreamState = 3;
-    float volumeDb;
-    // Float ids 57..59, meant for both loud-detection report records; the records' fixed
-    // layout has no field for them, so they are kept beside the records and start again from
-    // 0 whenever set-up creates new records.
+    int32_t multiMovieFlag = 0;    // kIdMultiMovie: multichannel movie content
+    int32_t smartHint9 = 0;        // kIdSmartHintA: input of the smart headphone mode
+    int32_t smartHint10 = 0;       // kIdSmartHintB: input of the smart headphone mode
+    int32_t mDeviceType = 0;       // kIdDeviceType: 1 loudspeaker, 2 wired, 3 Bluetooth A2DP
+    int32_t wiredHeadsetType = 0;  // kIdWiredHeadsetType: type row, kNoHeadsetTypeChange = keep
+    int16_t HP_TYPE = 0;           // kIdHpType
+    int16_t HP_MODE = 0;           // kIdHpModeUi0 or kIdHpModeUi1, by UI type
+    int16_t SPK_MODE = 0;          // kIdSpkMode (stored and reported only)
+    int16_t HP_SMART_MODE = 0;     // kIdHpSmartMode
+    int16_t HP_3D_MODE = 0;        // kIdHp3dMode
+    int16_t eqPreset = 0;          // kIdEqPreset
+    int16_t HP_EQ[11] = {};        // kIdHpEqFirst .. kIdHpEqLast: HP_EQ1 .. HP_EQ11
+    int16_t HP_PREGAIN = 0;        // headphone pre-gain laid over the records (no id sets it)
+    int32_t sceneRequest = SCENE_MUSIC;  // kIdScene as the host set it
+    int32_t sceneMode = SCENE_MUSIC;     // scene in force (ring, high temperature applied)
+    int32_t ringPending = 0;             // ring began while kIdEffectEnable was 0 (stored only)
+    int32_t highTempState = 0;           // kIdHighTemp: 1 = the device is hot
+    int32_t startStreamState = 3;        // kIdStartStream: 3 = stream started
+    int32_t stopStreamState = 3;         // kIdStopStream: 3 = stream stopped
+    float volumeDb;                      // kIdVolumeDb
+    // kIdMasterVolume, kIdTypeVolume, kIdClientVolume, meant for both loud-detection report
+    // records; the records' fixed layout has no field for them, so they are kept beside the
+    // records and start again from 0 whenever set-up creates new records.
     float masterVolume = 0.0f;
     float typeVolume = 0.0f;
     float clientVolume = 0.0f;
 
-    // Stream volume indices, in three pairs defaulting to 5, 5.
+    // Stream volume indices (kIdVolumeIndexMusic, -Ring, -Alarm, -Headphone, -Bluetooth) and
+    // the one in force; all default to 5.
     int32_t musicVolumeIndex = 5;
     int32_t ringVolumeIndex = 5;
     int32_t alarmVolumeIndex = 5;
@@ -356,12 +360,12 @@ public:
     int32_t btVolumeIndex = 5;
     int32_t currentVolumeIndex = 5;
 
-    int32_t outputPath = OUTPUT_SPEAKER;
-    int32_t ringReinitPending = 0;
-    int32_t mMovieMode = 0;  // "ro.config.kiv_moviemode" is "true"
-    int32_t hpModeIndex = HP_3D_OFF;
-    int32_t hpMultiKind = DEFAULT_MODE;
-    int32_t hpVolumeLevel = VOL_LOW;
+    int32_t outputPath = OUTPUT_SPEAKER;  // from kIdDeviceType, for the log lines
+    int32_t ringReinitPending = 0;        // the ring scene was used: re-initialise on headphones
+    int32_t mMovieMode = 0;               // "ro.config.kiv_moviemode" is "true"
+    int32_t hpModeIndex = HP_3D_OFF;      // headphone mode in force (derived)
+    int32_t hpMultiKind = DEFAULT_MODE;   // content kind by channel layout (derived)
+    int32_t hpVolumeLevel = VOL_LOW;      // headphone volume level in force (derived)
     int16_t volumeThresholds[SCENE_COUNT][kThresholdsPerScene] = {};
     bool volumeThrSwitch = false;
     bool mHpDefaultsApplied = false;  // InitKiv's once-per-instance headphone defaults

@@ -11,13 +11,13 @@ namespace {
 // The 3D mode that smart mode picks from the host's content hints.
 short SmartHpMode(const Orlune& o) {
     if (o.HP_SMART_MODE == 3) {
-        return 4;
+        return HP_3D_GRAND;
     }
     if (o.HP_SMART_MODE == 2 &&
         (o.smartHint9 == 1 || o.multiMovieFlag == 1 || o.smartHint10 == 1)) {
-        return 3;
+        return HP_3D_WIDE;
     }
-    return 1;
+    return HP_3D_LISTEN;
 }
 
 // Sets the mode pair for `mode` when it lies in first..first+3; returns false otherwise.
