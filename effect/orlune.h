@@ -8,7 +8,8 @@
 //   10 ms), one block at a time per instance. Parameter threads call KivParamsSetInt, -Float,
 //   -String and KivParamsGet at any moment, also while a block runs. The control thread
 //   creates, sets up (KivOutProcPlayInit) and deletes instances and may reload the
-//   configuration (id 33), switch the dumps (id 100) or the region (id 1). An instance is not
+//   configuration (kIdReloadConfig), switch the dumps (kIdPcmDump) or the region
+//   (kIdMusicRegion). An instance is not
 //   deleted while any of its calls runs, and is set up on one thread at a time.
 // - Per instance: mMutex, the instance lock, is held by the audio thread for the whole block
 //   and by every other call for the part that reads or changes the instance. So a parameter

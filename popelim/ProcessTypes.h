@@ -42,3 +42,6 @@ struct SampleRateRow {
 
 constexpr uint32_t kPopBlockBytes = 3840;  // 480 stereo frames of 32-bit samples
 constexpr uint32_t kPopCacheBytes = 384;   // 48 stereo frames: 1 ms at 48 kHz
+// The same in frames: the stereo path's output lags its input by the cache.
+constexpr int kPopCacheFrames = 48;
+static_assert(kPopCacheBytes == kPopCacheFrames * 2 * sizeof(int32_t), "cache of stereo frames");

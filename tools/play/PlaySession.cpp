@@ -11,15 +11,14 @@
 #include <chrono>
 #include <fstream>
 
+#include "effect/KivIoInfo.h"
 #include "effect/OutChannels.h"
 #include "params/ParamIds.h"
+#include "popelim/ProcessTypes.h"
 #include "tools/play/EffectLog.h"
 #include "tools/play/HostAudio.h"
 
 namespace {
-
-constexpr int kAlgoFrame = 480;
-constexpr int kPopDelayFrames = 48;  // the stereo path's pop eliminator delays by 1 ms
 
 bool SetsAtStart(const PlayOptions& o, int id) {
     for (const ParamEvent& e : o.events) {
@@ -236,7 +235,7 @@ bool RunPlay(const PlayOptions& o, PlayEffect* effect, PlayResult* r, std::strin
                 "them, so use --channels 4");
     }
     const bool bound = EffectLog::Facts().bound;
-    r->nominalLatency = bound ? kAlgoFrame + (inChannels == 2 ? kPopDelayFrames : 0) : 0;
+    r->nominalLatency = bound ? kAlgoFrame + (inChannels == 2 ? kPopCacheFrames : 0) : 0;
 
     WavWriter writer;
     if (!writer.Open(o.output, o.format, r->outChannels, r->rate, error)) {

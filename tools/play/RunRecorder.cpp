@@ -8,14 +8,13 @@
 
 #include "config/NameLists.h"
 #include "config/VirtualIds.h"
+#include "effect/KivIoInfo.h"
+#include "popelim/ProcessTypes.h"
 #include "tools/play/EffectLog.h"
 #include "tools/play/HostAudio.h"
 #include "tools/play/HostSamples.h"
 
 namespace {
-
-constexpr int kAlgoFrame = 480;
-constexpr int kPopDelay = 48;  // the click remover's cache: its output lags its input by this
 
 float ToDbfs(double linear) {
     return linear > 1e-6 ? static_cast<float>(20.0 * log10(linear)) : -120.0f;
@@ -247,7 +246,7 @@ void RunRecorder::NoteEdge(const EdgeLine& edge) {
     first = first < frames ? first : frames - 1;
     int chosen = first;
     for (int k = first; k < frames; ++k) {
-        const int64_t x = FrameStart(k) + edge.pos - kPopDelay;
+        const int64_t x = FrameStart(k) + edge.pos - kPopCacheFrames;
         float before = 0, at = 0;
         if (!mInput->At(x - 1, edge.channel, &before) || !mInput->At(x, edge.channel, &at)) {
             continue;
@@ -266,7 +265,7 @@ void RunRecorder::NoteEdge(const EdgeLine& edge) {
     mLastEdgeRank = rank;
 
     EdgeMark mark;
-    mark.frame = FrameStart(chosen) + edge.pos - kPopDelay;
+    mark.frame = FrameStart(chosen) + edge.pos - kPopCacheFrames;
     mark.channel = edge.channel;
     mark.rising = edge.rising;
     mark.faded = mModel.ClickRemoverOn();
