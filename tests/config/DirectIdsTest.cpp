@@ -2,6 +2,8 @@
 // was not published (a copy, a set a test builds) is resolved through its maps.
 #include <gtest/gtest.h>
 
+#include <set>
+
 #include "effect/orlune.h"
 
 namespace {
@@ -45,6 +47,41 @@ void ExpectSame(const Outcome& a, const Outcome& b, int id) {
     EXPECT_EQ(a.ids.EXTID, b.ids.EXTID) << id;
     EXPECT_EQ(a.para, b.para) << id;
     EXPECT_EQ(a.ext, b.ext) << id;
+}
+
+// Every id the mode logic can compose is distinct, decodes to its coordinates and has a slot
+// of its own; nothing else is needed for the direct tables to stand in for the maps.
+TEST(DirectIds, EveryComposedIdHasItsOwnSlot) {
+    std::set<int32_t> ids, slots;
+    for (int f = 0; f < vid::kSpeakerFolds; ++f) {
+        for (int o = 0; o < vid::kSpeakerOrientations; ++o) {
+            for (int s = 0; s < vid::kSpeakerScenes; ++s) {
+                for (int l = 0; l < vid::kLevels; ++l) {
+                    const int32_t id = vid::SpeakerId(f, o, s, l);
+                    const vid::SpeakerCoordinates c = vid::DecodeSpeakerId(id);
+                    EXPECT_TRUE(c.fold == f && c.orientation == o && c.scene == s && c.level == l);
+                    ids.insert(id);
+                    slots.insert(DirectIds::Slot(id));
+                }
+            }
+        }
+    }
+    for (int m = 0; m < vid::kHeadphoneModes; ++m) {
+        for (int k = 0; k < vid::kHeadphoneKinds; ++k) {
+            for (int l = 0; l < vid::kLevels; ++l) {
+                const int32_t id = vid::HeadphoneId(m, k, l);
+                const vid::HeadphoneCoordinates c = vid::DecodeHeadphoneId(id);
+                EXPECT_TRUE(c.mode == m && c.kind == k && c.level == l) << id;
+                ids.insert(id);
+                slots.insert(DirectIds::Slot(id));
+            }
+        }
+    }
+    const size_t count = 3 * 2 * 9 * 7 + 9 * 4 * 7;
+    EXPECT_EQ(count, ids.size());
+    EXPECT_EQ(count, slots.size());
+    EXPECT_GE(*slots.begin(), 0);
+    EXPECT_LT(*slots.rbegin(), DirectIds::kSlots);
 }
 
 TEST(DirectIds, PublishedSetResolvesLikeItsMapsAtEverySlotEdge) {
