@@ -1,6 +1,7 @@
 #include "config/ConfigLoad.h"
 
 #include <mutex>
+#include <optional>
 
 #include "effect/LogTags.h"
 #include "effect/orlune.h"
@@ -19,29 +20,18 @@ const ConfigLoadStep kConfigLoadSteps[] = {
 };
 const size_t kConfigLoadStepCount = sizeof(kConfigLoadSteps) / sizeof(kConfigLoadSteps[0]);
 
-namespace {
-
-// Runs the steps from `first` on while their `reloaded` flag equals `reloaded`; returns the
-// index of the first step not run.
-size_t RunSteps(size_t first, bool reloaded, bool region, ConfigStepObserver observer,
-                void* context) {
-    size_t i = first;
-    for (; i < kConfigLoadStepCount && kConfigLoadSteps[i].reloaded == reloaded; ++i) {
+void RunConfigLoad(bool musicRegionEnable, ConfigStepObserver observer, void* context) {
+    std::lock_guard<std::recursive_mutex> lock(ConfigLoadLock());
+    std::optional<ConfigUpdate> update;  // opened at the first reloaded step
+    for (size_t i = 0; i < kConfigLoadStepCount; ++i) {
+        if (kConfigLoadSteps[i].reloaded && !update) {
+            update.emplace();
+        }
         if (observer != nullptr) {
             observer(static_cast<int>(i), context);
         }
-        kConfigLoadSteps[i].run(region);
+        kConfigLoadSteps[i].run(musicRegionEnable);
     }
-    return i;
-}
-
-}  // namespace
-
-void RunConfigLoad(bool musicRegionEnable, ConfigStepObserver observer, void* context) {
-    std::lock_guard<std::recursive_mutex> lock(ConfigLoadLock());
-    const size_t reloadedStart = RunSteps(0, false, musicRegionEnable, observer, context);
-    ConfigUpdate update;
-    RunSteps(reloadedStart, true, musicRegionEnable, observer, context);
 }
 
 void RunConfigReload(bool musicRegionEnable) {
@@ -52,11 +42,11 @@ void RunConfigReload(bool musicRegionEnable) {
     next.gRealMapTableExt.clear();
     next.gVituralMapTable.clear();
     ORLUNE_LOGI("kiv config is updated by pc tool");
-    size_t i = 0;
-    while (i < kConfigLoadStepCount && !kConfigLoadSteps[i].reloaded) {
-        ++i;
+    for (size_t i = 0; i < kConfigLoadStepCount; ++i) {
+        if (kConfigLoadSteps[i].reloaded) {
+            kConfigLoadSteps[i].run(musicRegionEnable);
+        }
     }
-    RunSteps(i, true, musicRegionEnable, nullptr, nullptr);
 }
 
 void PruneKeyZeroPlaceholders(ParamTableSet& next) {

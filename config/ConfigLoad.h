@@ -16,7 +16,7 @@ struct ConfigLoadStep {
 };
 
 // Product name, the six binary table readers, the main XML, the virtual-map XML, the table
-// pointers: the reloaded steps come last.
+// pointers.
 extern const ConfigLoadStep kConfigLoadSteps[];
 extern const size_t kConfigLoadStepCount;
 
@@ -24,9 +24,9 @@ extern const size_t kConfigLoadStepCount;
 // steps' log lines apart.
 using ConfigStepObserver = void (*)(int step, void* context);
 
-// Runs every step in order under ConfigLoadLock. The reloaded steps build one set of tables,
-// which is published when they are done (or with the caller's ConfigUpdate); the binary tables
-// are filled before it points into them.
+// Runs every step in order under ConfigLoadLock. From the first reloaded step on they build
+// one set of tables, published when the load ends (or with the caller's ConfigUpdate); the
+// binary tables are filled before it points into them.
 void RunConfigLoad(bool musicRegionEnable, ConfigStepObserver observer = nullptr,
                    void* context = nullptr);
 
