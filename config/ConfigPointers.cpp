@@ -1,6 +1,6 @@
 // Hangs the binary tables onto every extended record that a known virtual id reaches. Only
 // these ids get table pointers, so the mode logic must only hand the algorithm their records.
-#include "effect/LogTags.h"
+#include "base/Log.h"
 #include "effect/orlune.h"
 
 namespace {
@@ -13,10 +13,10 @@ void PointTables(ParamTableSet& tables, int virtualId, int scene, Device device)
     auto v = tables.gVituralMapTable.find(virtualId);
     if (v == tables.gVituralMapTable.end()) {
         if (device == Device::Headphone) {
-            ORLUNE_LOGD("%s HP do not find currentParamID currentParamMode: %d ",
+            ORLUNE_LOGD(kTagMobile, "%s HP do not find currentParamID currentParamMode: %d ",
                         "KivInitConfigPointer", virtualId);
         } else {
-            ORLUNE_LOGD("%s SPK do not find currentParamID currentParamMode: %d",
+            ORLUNE_LOGD(kTagMobile, "%s SPK do not find currentParamID currentParamMode: %d",
                         "KivInitConfigPointer", virtualId);
         }
         return;
@@ -24,10 +24,10 @@ void PointTables(ParamTableSet& tables, int virtualId, int scene, Device device)
     auto e = tables.gRealMapTableExt.find(v->second.EXTID);
     if (e == tables.gRealMapTableExt.end()) {
         if (device == Device::Headphone) {
-            ORLUNE_LOGD("%s HP do not currentRealParamExtID currentParamMode: %d",
+            ORLUNE_LOGD(kTagMobile, "%s HP do not currentRealParamExtID currentParamMode: %d",
                         "KivInitConfigPointer", virtualId);
         } else {
-            ORLUNE_LOGD("%s SPK do not find currentRealParamExtID currentParamMode: %d",
+            ORLUNE_LOGD(kTagMobile, "%s SPK do not find currentRealParamExtID currentParamMode: %d",
                         "KivInitConfigPointer", virtualId);
         }
         return;

@@ -1,5 +1,5 @@
 // Per-block usage counting and the periodic status line of the sample pipeline.
-#include "effect/LogTags.h"
+#include "base/Log.h"
 #include "effect/orlune.h"
 
 namespace {
@@ -22,12 +22,12 @@ void Orlune::RecordKivLog(int frames, int channels, audio_format_t format) {
             sLogEnableCount.fetch_add(1, std::memory_order_relaxed);
         }
     } else {
-        ORLUNE_LOGI(
-                "KivOutProcPlaySamples currentStatus = %s, enableCount is %u ,countchans is "
-                "%d, samples:%d, format:%x",
-                mIoInfo.enable == 1 ? "enabled" : "disabled",
-                sLogEnableCount.load(std::memory_order_relaxed), channels, frames,
-                static_cast<unsigned>(format));
+        ORLUNE_LOGI(kTagMobile,
+                    "KivOutProcPlaySamples currentStatus = %s, enableCount is %u ,countchans is "
+                    "%d, samples:%d, format:%x",
+                    mIoInfo.enable == 1 ? "enabled" : "disabled",
+                    sLogEnableCount.load(std::memory_order_relaxed), channels, frames,
+                    static_cast<unsigned>(format));
         mEvents.TriggerSendLog();
     }
     mEvents.AddEnableFrame(mIoInfo.enable == 1);

@@ -4,7 +4,7 @@
 #include <string.h>
 #include <unistd.h>
 
-#include "effect/LogTags.h"
+#include "base/Log.h"
 
 std::atomic<uint32_t> Orlune::gInstanceNum{0};
 std::atomic<bool> Orlune::gMapTableFlag{false};
@@ -69,8 +69,8 @@ Orlune::Orlune() {
         }
     }
 
-    ORLUNE_LOGI("%s: Orlune instance init. %p, tid:%d", "Orlune", static_cast<void*>(this),
-                static_cast<int>(gettid()));
+    ORLUNE_LOGI(kTagMobile, "%s: Orlune instance init. %p, tid:%d", "Orlune",
+                static_cast<void*>(this), static_cast<int>(gettid()));
     ++gInstanceNum;
 
     mLadInfoIn.clear();

@@ -3,7 +3,7 @@
 // equaliser laid over the records.
 #include <iterator>
 
-#include "effect/LogTags.h"
+#include "base/Log.h"
 #include "tests/params/ParamsFixture.h"
 
 namespace {
