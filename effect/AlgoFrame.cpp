@@ -92,6 +92,7 @@ void Orlune::KivApply(int* out) {
             if (mMuteArmed == 1 && mIoInfo.enable != 0) {
                 memset(dst, 0, static_cast<size_t>(oc) * sizeof(int32_t));
             } else if (out[i] < -300 || out[i] > 300) {
+                // Armed by the first sample beyond +-300 (32-bit scale, far below audibility).
                 // Sample i of the destination, not of frame i: kept as the device does it.
                 mMuteArmed = 1;
             }

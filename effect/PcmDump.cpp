@@ -16,7 +16,7 @@ namespace {
 constexpr const char* kDumpDir = "/data/audio_debug";
 constexpr const char* kDumpStems[DUMP_HANDLE_COUNT] = {"brisel_handle_in", "brisel_algo_in",
                                                        "brisel_algo_out", "brisel_handle_out"};
-constexpr int kDumpPathBytes = 256;
+constexpr int kDumpPathBytes = 256;  // the fixed path buffer; the longest dump path takes 50
 
 void LogMissingFile(DumpHandle which) {
     static const char* const kFn = "DumpPcm";

@@ -10,7 +10,7 @@ namespace pipeline {
 constexpr int kStereoFrameSamples = kAlgoFrame * 2;  // one stereo algorithm frame: 960 samples
 constexpr int kEightChannelFrameSamples = kAlgoFrame * 8;
 constexpr int kTenChannelFrameSamples = kAlgoFrame * 10;
-constexpr int kAlgoSampleRate = 48000;
+constexpr int kAlgoSampleRate = 48000;     // the rate handed to the detector bridge with each frame
 constexpr int32_t kSwapFadeFrames = 9600;  // 200 ms at 48 kHz from normal to swapped
 
 // Largest valid outBufOffset: the output buffer's capacity, counted as half the buffer for

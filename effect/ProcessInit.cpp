@@ -20,7 +20,7 @@ namespace {
 
 constexpr const char* kUiTypeNode =
         "/proc/device-tree/soc/audio_alg_info/audio_capability/kiv_ui_type";
-constexpr int kUiTypeLineBytes = 92;
+constexpr int kUiTypeLineBytes = 92;  // the node is read as one line of at most this many bytes
 
 // The device tree states the UI type the product was built for; the configuration's own
 // value stays in force, a mismatch is only reported.

@@ -35,7 +35,8 @@ int64_t HostCapacity(int frames, int channels) {
     return static_cast<int64_t>(frames) * channels;
 }
 
-// Folds two counts into one value that tells block shapes apart for the once-per-change log.
+// Folds two counts into one value that tells block shapes apart for the once-per-change log
+// (a x 16 + b: distinct while b is below 16, as the host's channel counts 2 to 10 are).
 int ShapeKey(int a, int b) {
     return static_cast<int>(static_cast<uint32_t>(a) * 16u + static_cast<uint32_t>(b));
 }

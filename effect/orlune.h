@@ -64,10 +64,15 @@ enum DumpHandle {
     DUMP_HANDLE_COUNT = 4,
 };
 
+// Inline 32-bit sample buffers: the input cache holds 16 ten-channel algorithm frames, the
+// output buffer twice as much; the algorithm's in-place buffer holds one ten-channel frame.
 constexpr int kInputCacheSamples = 76800;
 constexpr int kOutputBufferSamples = 153600;
 constexpr int kIoBufferSamples = kAlgoFrame * 10;
+// Volume thresholds of the main XML (ID 30160): a switch word, then six scene rows of
+// kThresholdsPerScene thresholds, which split the volume into seven levels.
 constexpr int kVolumeThrRawWords = 37;
+// Headset-type words of the main XML (IDs 30181, 30182): one row of 16 words per headset type.
 constexpr int kHpTypeRows = 18;
 constexpr int kHpTypeRowWords = 16;
 constexpr int kThresholdsPerScene = 6;
@@ -394,7 +399,7 @@ public:
     InstanceLock& operator=(const InstanceLock&) = delete;
 
 private:
-    static constexpr int kSpinTries = 1000;
+    static constexpr int kSpinTries = 1000;  // about 4 us of failed tries on the x86-64 host
     pthread_mutex_t& mMutex;
 };
 

@@ -11,7 +11,7 @@ std::atomic<uint32_t> HpFrameRecorder::gFrameSums{0};
 
 namespace {
 
-constexpr int kThresholdCount = 6;
+constexpr int kThresholdCount = 6;  // a scene row's volume thresholds, bounding kVolumeBands bands
 
 // First band whose threshold is at least `volume`; kThresholdCount when above all of them.
 int FindBand(int volume, const short* thresholds) {

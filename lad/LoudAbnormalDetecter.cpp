@@ -13,7 +13,7 @@ namespace android {
 
 namespace {
 
-constexpr int kLadConfigTypes = 4;
+constexpr int kLadConfigTypes = 4;  // detector types 0..3, one configuration file each
 
 // The detection library reads its configuration itself; the bridge only checks that the file
 // for the requested type exists.

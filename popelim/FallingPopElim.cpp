@@ -12,8 +12,8 @@ const SampleRateRow gSampleRateTable[1] = {{kPopBlockBytes, 48000}};
 
 namespace {
 
-constexpr uint32_t kInitialSampleRate = 48000;
-constexpr uint32_t kMaxConfigBufferSize = kPopBlockBytes;
+constexpr uint32_t kInitialSampleRate = 48000;             // the only row of gSampleRateTable
+constexpr uint32_t kMaxConfigBufferSize = kPopBlockBytes;  // one stereo algorithm frame
 constexpr int32_t kFormatPcm32 = AUDIO_FORMAT_PCM_32_BIT;
 
 // One channel for the searches and fades reached through the public members, which read and
@@ -118,12 +118,12 @@ bool FallingPopElim::SampleRateCheck(ProcessHandle* handle, unsigned size, unsig
 int FallingPopElim::ClearCachedBuffer(ProcessHandle* handle, unsigned size) {
     if (handle == nullptr || handle->cache == nullptr) {
         ORLUNE_LOGE(kTagPop, "%s:Invalid input pointer", "ClearCachedBuffer");
-        return -1000;
+        return -1000;  // the exported interface's code for a null handle or cache
     }
     // No cache this eliminator sets up is longer than a tenth of the largest block, so a larger
     // clear is refused rather than run past the caller's cache.
     if (memset_s(handle->cache, kPopCacheBytes, 0, size) != EOK) {
-        return -1001;
+        return -1001;  // its code for a clear the cache cannot take
     }
     return 0;
 }
