@@ -1,4 +1,5 @@
-// The tuning records that the configuration fills and the algorithm receives.
+// The tuning records that the configuration fills (their layout is the algorithm's, in
+// abi/AlgoRecords.h) and the real record ids that a virtual parameter id resolves to.
 #pragma once
 
 #include <stdint.h>
