@@ -3,9 +3,9 @@
 // tail.
 #include <platform/device_fs.h>
 
-#include "config/ConfigFile.h"
+#include "base/ConfigFile.h"
 #include "config/ConfigPaths.h"
-#include "effect/LogTags.h"
+#include "base/Log.h"
 #include "effect/orlune.h"
 
 namespace {
@@ -22,7 +22,7 @@ FILE* OpenTable(const char* name, const char* realpathMessage) {
     }
     char resolved[kResolvedPathBytes] = {};
     if (orlune_platform::DevRealpath(path, resolved) == nullptr) {
-        ORLUNE_LOGE("%s", realpathMessage);
+        ORLUNE_LOGE(kTagMobile, "%s", realpathMessage);
         resolved[0] = '\0';
     }
     return OpenConfigFile(resolved, ConfigFileKind::Table).file;
@@ -32,17 +32,17 @@ FILE* OpenTable(const char* name, const char* realpathMessage) {
 FILE* OpenTwsFile(const char* name) {
     char path[kPathBytes] = {};
     if (Orlune::GetRealConfigFile(name, "bin", path) == nullptr) {
-        ORLUNE_LOGE("%s: get TWS config filename failed", "ReadTWS");
+        ORLUNE_LOGE(kTagMobile, "%s: get TWS config filename failed", "ReadTWS");
         return nullptr;
     }
     char resolved[kResolvedPathBytes] = {};
     if (orlune_platform::DevRealpath(path, resolved) == nullptr) {
-        ORLUNE_LOGE("%s: ReadTWS realpath is null", "ReadTWS");
+        ORLUNE_LOGE(kTagMobile, "%s: ReadTWS realpath is null", "ReadTWS");
         return nullptr;
     }
     FILE* fp = OpenConfigFile(resolved, ConfigFileKind::Table).file;
     if (fp == nullptr) {
-        ORLUNE_LOGE("%s: open TWS config failed", "ReadTWS");
+        ORLUNE_LOGE(kTagMobile, "%s: open TWS config failed", "ReadTWS");
     }
     return fp;
 }
@@ -51,7 +51,7 @@ FILE* OpenTwsFile(const char* name) {
 
 int Orlune::ReadTWS(int16_t* tables[2], int length) {
     if (length != kTwsLength) {
-        ORLUNE_LOGE("%s: length error", "ReadTWS");
+        ORLUNE_LOGE(kTagMobile, "%s: length error", "ReadTWS");
         return -1;
     }
     FILE* first = OpenTwsFile("tws_config1");
@@ -71,15 +71,15 @@ int Orlune::ReadTWS(int16_t* tables[2], int length) {
             const size_t got = fread(tables[config] + scene * kTwsSceneWords, sizeof(int16_t),
                                      kTwsSceneWords, files[config]);
             if (got != static_cast<size_t>(kTwsSceneWords)) {
-                ORLUNE_LOGE("%s: fread error at scene %d, config %d, elmtRead = %zu", "ReadTWS",
-                            scene, config, got);
+                ORLUNE_LOGE(kTagMobile, "%s: fread error at scene %d, config %d, elmtRead = %zu",
+                            "ReadTWS", scene, config, got);
                 complete = false;
                 break;
             }
         }
     }
     if (complete) {
-        ORLUNE_LOGI("%s: ReadTWS config complete", "ReadTWS");
+        ORLUNE_LOGI(kTagMobile, "%s: ReadTWS config complete", "ReadTWS");
     }
     fclose(first);
     fclose(second);
@@ -88,7 +88,7 @@ int Orlune::ReadTWS(int16_t* tables[2], int length) {
 
 int Orlune::ReadSUR(int16_t* table, int length) {
     if (length != kSurReadLength) {
-        ORLUNE_LOGE("%s: length error", "ReadSUR");
+        ORLUNE_LOGE(kTagMobile, "%s: length error", "ReadSUR");
         return -1;
     }
     FILE* fp = OpenTable("sur_config", "ReadSUR: ReadSUR realpath is null");
@@ -98,16 +98,16 @@ int Orlune::ReadSUR(int16_t* table, int length) {
     const size_t want = static_cast<size_t>(length) * 2;
     const size_t got = fread(table, sizeof(int16_t), want, fp);
     if (got != want) {
-        ORLUNE_LOGW("%s: fread error, elmtRead = %d", "ReadSUR", static_cast<int>(got));
+        ORLUNE_LOGW(kTagMobile, "%s: fread error, elmtRead = %d", "ReadSUR", static_cast<int>(got));
     }
     fclose(fp);
-    ORLUNE_LOGI("%s: ReadSUR config complete", "ReadSUR");
+    ORLUNE_LOGI(kTagMobile, "%s: ReadSUR config complete", "ReadSUR");
     return 0;
 }
 
 int Orlune::ReadLPH(int16_t (*table)[kLphRowWords], int length) {
     if (length != kLphRowWords) {
-        ORLUNE_LOGE("%s: length error", "ReadLPH");
+        ORLUNE_LOGE(kTagMobile, "%s: length error", "ReadLPH");
         return -1;
     }
     FILE* fp = OpenTable("lph_config", "ReadLPH: ReadLPH realpath is null");
@@ -117,17 +117,18 @@ int Orlune::ReadLPH(int16_t (*table)[kLphRowWords], int length) {
     for (int row = 0; row < kLphRows; ++row) {
         const size_t got = fread(table[row], sizeof(int16_t), kLphRowWords, fp);
         if (got != static_cast<size_t>(kLphRowWords)) {
-            ORLUNE_LOGW("%s: fread error, elmtRead = %d", "ReadLPH", static_cast<int>(got));
+            ORLUNE_LOGW(kTagMobile, "%s: fread error, elmtRead = %d", "ReadLPH",
+                        static_cast<int>(got));
         }
     }
     fclose(fp);
-    ORLUNE_LOGI("%s: ReadLPH config complete", "ReadLPH");
+    ORLUNE_LOGI(kTagMobile, "%s: ReadLPH config complete", "ReadLPH");
     return 0;
 }
 
 int Orlune::ReadTEH(int16_t* table, int length) {
     if (length != kTehWords) {
-        ORLUNE_LOGE("%s: length error", "ReadTEH");
+        ORLUNE_LOGE(kTagMobile, "%s: length error", "ReadTEH");
         return -1;
     }
     FILE* fp = OpenTable("teh_config", "ReadTEH: ReadTEH realpath is null");
@@ -136,10 +137,10 @@ int Orlune::ReadTEH(int16_t* table, int length) {
     }
     const size_t got = fread(table, sizeof(int16_t), kTehWords, fp);
     if (got != static_cast<size_t>(kTehWords)) {
-        ORLUNE_LOGE("%s: fread error, elmtRead = %d", "ReadTEH", static_cast<int>(got));
+        ORLUNE_LOGE(kTagMobile, "%s: fread error, elmtRead = %d", "ReadTEH", static_cast<int>(got));
     }
     fclose(fp);
-    ORLUNE_LOGI("Read config complete");
+    ORLUNE_LOGI(kTagMobile, "Read config complete");
     return 0;
 }
 
@@ -154,10 +155,10 @@ int ReadAsc(const char* name, const char* realpathMessage, int16_t* table, int l
     const size_t want = length > 0 ? static_cast<size_t>(length) : 0;
     const size_t got = fread(table, sizeof(int16_t), want, fp);
     if (got != want) {
-        ORLUNE_LOGI("fread error, elmtRead = %d", static_cast<int>(got));
+        ORLUNE_LOGI(kTagMobile, "fread error, elmtRead = %d", static_cast<int>(got));
     }
     fclose(fp);
-    ORLUNE_LOGI("Read config complete");
+    ORLUNE_LOGI(kTagMobile, "Read config complete");
     return 0;
 }
 

@@ -3,7 +3,7 @@
 #include <mutex>
 #include <optional>
 
-#include "effect/LogTags.h"
+#include "base/Log.h"
 #include "effect/orlune.h"
 
 const ConfigLoadStep kConfigLoadSteps[] = {
@@ -41,7 +41,7 @@ void RunConfigReload(bool musicRegionEnable) {
     next.gRealMapTable.clear();
     next.gRealMapTableExt.clear();
     next.gVituralMapTable.clear();
-    ORLUNE_LOGI("kiv config is updated by pc tool");
+    ORLUNE_LOGI(kTagMobile, "kiv config is updated by pc tool");
     for (size_t i = 0; i < kConfigLoadStepCount; ++i) {
         if (kConfigLoadSteps[i].reloaded) {
             kConfigLoadSteps[i].run(musicRegionEnable);

@@ -8,9 +8,9 @@
 #include <platform/properties.h>
 #include <platform/device_fs.h>
 
-#include "config/ConfigFile.h"
+#include "base/ConfigFile.h"
 #include "config/ConfigPaths.h"
-#include "effect/LogTags.h"
+#include "base/Log.h"
 #include "effect/orlune.h"
 #include "safe_funcs.h"
 
@@ -33,7 +33,7 @@ void ConfigBaseName(bool musicRegionEnable, const char* genericBase, char* out, 
         ret = snprintf_s(out, outSize, outSize - 1, "%s", genericBase);
     }
     if (ret < 0) {
-        ORLUNE_LOGE("%s", failMessage);
+        ORLUNE_LOGE(kTagMobile, "%s", failMessage);
     }
 }
 
@@ -41,26 +41,26 @@ char* Orlune::GetFileRealPath(const char* name, char* out, int outSize) {
     char candidate[kPathBytes] = {};
     if (snprintf_s(candidate, sizeof(candidate), sizeof(candidate) - 1, "%s/%s", kVendorEtcDir,
                    name) < 0) {
-        ORLUNE_LOGE("%s strncpy_s error", "GetFileRealPath");
+        ORLUNE_LOGE(kTagMobile, "%s strncpy_s error", "GetFileRealPath");
         return nullptr;
     }
     char resolved[kResolvedPathBytes] = {};
     if (DevRealpath(candidate, resolved) == nullptr || DevAccess(candidate, R_OK) != 0) {
-        ORLUNE_LOGE("%s get file fail", "GetFileRealPath");
+        ORLUNE_LOGE(kTagMobile, "%s get file fail", "GetFileRealPath");
         return nullptr;
     }
     const ConfigFileOpen opened = OpenConfigFile(resolved, ConfigFileKindOf(candidate));
     if (opened.file == nullptr) {
-        ORLUNE_LOGE("%s get file fail", "GetFileRealPath");
+        ORLUNE_LOGE(kTagMobile, "%s get file fail", "GetFileRealPath");
         return nullptr;
     }
     fclose(opened.file);
     if (out == nullptr || outSize <= 0 ||
         strncpy_s(out, static_cast<size_t>(outSize), candidate, kPathBytes - 1) != EOK) {
-        ORLUNE_LOGE("%s strncpy_s error", "GetFileRealPath");
+        ORLUNE_LOGE(kTagMobile, "%s strncpy_s error", "GetFileRealPath");
         return nullptr;
     }
-    ORLUNE_LOGI("%s realFilePath %s", "GetFileRealPath", out);
+    ORLUNE_LOGI(kTagMobile, "%s realFilePath %s", "GetFileRealPath", out);
     return out;
 }
 
@@ -89,8 +89,8 @@ char* Orlune::GetRealConfigFile(const char* base, const char* ext, char* out) {
         ret = snprintf_s(name, sizeof(name), sizeof(name) - 1, "kiv/%s.%s", base, ext);
     }
     if (ret < 0) {
-        ORLUNE_LOGE("getRealConfigFile() snprintf_s fail");
+        ORLUNE_LOGE(kTagMobile, "getRealConfigFile() snprintf_s fail");
     }
-    ORLUNE_LOGI("read getRealConfigFile realConfigFile %s", name);
+    ORLUNE_LOGI(kTagMobile, "read getRealConfigFile realConfigFile %s", name);
     return GetFileRealPath(name, out, kPathBytes);
 }

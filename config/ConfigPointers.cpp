@@ -1,7 +1,7 @@
 // Hangs the binary tables onto every extended record that a known virtual id reaches. Only
 // these ids get table pointers, so the mode logic must only hand the algorithm their records.
+#include "base/Log.h"
 #include "config/VirtualIds.h"
-#include "effect/LogTags.h"
 #include "effect/orlune.h"
 
 namespace {
@@ -14,10 +14,10 @@ void PointTables(ParamTableSet& tables, int virtualId, int scene, Device device)
     auto v = tables.gVituralMapTable.find(virtualId);
     if (v == tables.gVituralMapTable.end()) {
         if (device == Device::Headphone) {
-            ORLUNE_LOGD("%s HP do not find currentParamID currentParamMode: %d ",
+            ORLUNE_LOGD(kTagMobile, "%s HP do not find currentParamID currentParamMode: %d ",
                         "KivInitConfigPointer", virtualId);
         } else {
-            ORLUNE_LOGD("%s SPK do not find currentParamID currentParamMode: %d",
+            ORLUNE_LOGD(kTagMobile, "%s SPK do not find currentParamID currentParamMode: %d",
                         "KivInitConfigPointer", virtualId);
         }
         return;
@@ -25,10 +25,10 @@ void PointTables(ParamTableSet& tables, int virtualId, int scene, Device device)
     auto e = tables.gRealMapTableExt.find(v->second.EXTID);
     if (e == tables.gRealMapTableExt.end()) {
         if (device == Device::Headphone) {
-            ORLUNE_LOGD("%s HP do not currentRealParamExtID currentParamMode: %d",
+            ORLUNE_LOGD(kTagMobile, "%s HP do not currentRealParamExtID currentParamMode: %d",
                         "KivInitConfigPointer", virtualId);
         } else {
-            ORLUNE_LOGD("%s SPK do not find currentRealParamExtID currentParamMode: %d",
+            ORLUNE_LOGD(kTagMobile, "%s SPK do not find currentRealParamExtID currentParamMode: %d",
                         "KivInitConfigPointer", virtualId);
         }
         return;

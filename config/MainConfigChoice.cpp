@@ -9,7 +9,7 @@
 
 #include "config/ConfigPaths.h"
 #include "config/TokenList.h"
-#include "effect/LogTags.h"
+#include "base/Log.h"
 #include "effect/orlune.h"
 #include "safe_funcs.h"
 
@@ -47,9 +47,11 @@ bool ChooseMainConfigFile(bool musicRegionEnable, char* out, bool* downloaded, c
     // The service's record is released on every way out.
     DownloadCfgInfo* info = get_download_cfg_file(kOtaDir, kOtaMainXml);
     if (info == nullptr) {
-        ORLUNE_LOGE("%s %d: get_download_cfg_file return nullptr", "KivReadConfigFromXML", 764);
+        ORLUNE_LOGE(kTagMobile, "%s %d: get_download_cfg_file return nullptr",
+                    "KivReadConfigFromXML", 764);
     } else if (info->found == 0) {
-        ORLUNE_LOGE("%s %d: cota kiv_config.xml not found", "KivReadConfigFromXML", 767);
+        ORLUNE_LOGE(kTagMobile, "%s %d: cota kiv_config.xml not found", "KivReadConfigFromXML",
+                    767);
     } else if (localVersion != -1 && DownloadedVersion(*info) > localVersion) {
         // A device without a readable version.txt never takes a downloaded file.
         info->path[sizeof(info->path) - 1] = '\0';
@@ -63,7 +65,7 @@ bool ChooseMainConfigFile(bool musicRegionEnable, char* out, bool* downloaded, c
     bool ok = !IsNoPath(chosen) && strncpy_s(out, kPathBytes, chosen, kPathBytes - 1) == EOK;
     free(info);
     if (!ok) {
-        ORLUNE_LOGE("read kiv_config.xml:path is null");
+        ORLUNE_LOGE(kTagMobile, "read kiv_config.xml:path is null");
     }
     return ok;
 }

@@ -7,13 +7,13 @@
 
 #include <platform/device_fs.h>
 
-#include "config/ConfigFile.h"
+#include "base/ConfigFile.h"
 #include "config/ConfigPaths.h"
 #include "config/MainConfigChoice.h"
 #include "config/TokenList.h"
 #include "config/ValueCountObserver.h"
 #include "config/XmlStream.h"
-#include "effect/LogTags.h"
+#include "base/Log.h"
 #include "effect/orlune.h"
 #include "safe_funcs.h"
 
@@ -66,7 +66,7 @@ void ReportValueCount(int32_t id, int given, int capacity) {
 }
 
 void LogNoValues() {
-    ORLUNE_LOGE("StartElement() paramPtr or elem is null, elemNum: %d", 0);
+    ORLUNE_LOGE(kTagMobile, "StartElement() paramPtr or elem is null, elemNum: %d", 0);
 }
 
 // Ids 30160, 30181 and 30182 fill fixed tables from their first word on.
@@ -88,7 +88,7 @@ void FillFixedTable(ParamTableSet& tables, int32_t id, TokenList& tokens, const 
     const Fill fill =
             FillWords(tokens, first, reinterpret_cast<unsigned char*>(table), capacity, capacity);
     if (fill.ranOut) {
-        ORLUNE_LOGI("XMLLengthCheck:%d", id);
+        ORLUNE_LOGI(kTagMobile, "XMLLengthCheck:%d", id);
     }
     ReportValueCount(id, fill.given, capacity);
     ++gRecordsTaken;
@@ -115,11 +115,11 @@ void MergeRecord(ParamTableSet& tables, int32_t id, TokenList& tokens, const cha
     } else {
         const Fill fill = FillWords(tokens, first, target, capacity, kRecordValueStep);
         if (fill.ranOut) {
-            ORLUNE_LOGI("XMLLengthCheck:%d", id);
+            ORLUNE_LOGI(kTagMobile, "XMLLengthCheck:%d", id);
         }
         ReportValueCount(id, fill.given, capacity);
     }
-    ORLUNE_LOGI("attrIDValue:%d", id);
+    ORLUNE_LOGI(kTagMobile, "attrIDValue:%d", id);
     // emplace never replaces: the first element with an id wins.
     if (odd) {
         tables.gRealMapTable.emplace(id, Orlune::gTempRealParam);
@@ -135,10 +135,10 @@ enum class MainRead { NotOpened, Broken, NoRecord, Read };
 MainRead ReadMainFile(const char* path) {
     char resolved[kResolvedPathBytes] = {};
     if (orlune_platform::DevRealpath(path, resolved) == nullptr) {
-        ORLUNE_LOGE("read kiv_config.xml realpath is null");
+        ORLUNE_LOGE(kTagMobile, "read kiv_config.xml realpath is null");
         resolved[0] = '\0';
     }
-    ORLUNE_LOGI("Read orlune config file %s", resolved);
+    ORLUNE_LOGI(kTagMobile, "Read orlune config file %s", resolved);
     FILE* fp = OpenConfigFile(resolved, ConfigFileKind::Xml).file;
     if (fp == nullptr) {
         return MainRead::NotOpened;
@@ -194,9 +194,10 @@ void Orlune::KivReadConfigFromXML(bool musicRegionEnable) {
     const char* why = read == MainRead::NotOpened ? "cannot be read"
                       : read == MainRead::Broken  ? "is not well-formed"
                                                   : "holds no record";
-    ORLUNE_LOGE("downloaded %s %s, reading the local kiv_config.xml instead", path, why);
+    ORLUNE_LOGE(kTagMobile, "downloaded %s %s, reading the local kiv_config.xml instead", path,
+                why);
     if (IsNoPath(local)) {
-        ORLUNE_LOGE("read kiv_config.xml:path is null");
+        ORLUNE_LOGE(kTagMobile, "read kiv_config.xml:path is null");
         return;
     }
     ReadMainFile(local);
@@ -207,7 +208,7 @@ void Orlune::StartElement(void* /*userData*/, const char* name, const char** att
     const bool isNv = strcmp(name, "NV") == 0;
     if (attrs == nullptr || attrs[0] == nullptr) {
         if (isNv) {
-            ORLUNE_LOGE("StartElement() attrValue is null");
+            ORLUNE_LOGE(kTagMobile, "StartElement() attrValue is null");
         }
         return;
     }
@@ -224,7 +225,7 @@ void Orlune::StartElement(void* /*userData*/, const char* name, const char** att
         return;
     }
     if (idText == nullptr) {
-        ORLUNE_LOGE("StartElement() attrValue is null");
+        ORLUNE_LOGE(kTagMobile, "StartElement() attrValue is null");
         return;
     }
     int32_t id = 0;
@@ -233,12 +234,12 @@ void Orlune::StartElement(void* /*userData*/, const char* name, const char** att
         return;
     }
     if (valueText == nullptr) {
-        ORLUNE_LOGE("StartElement() attrValue is null");
+        ORLUNE_LOGE(kTagMobile, "StartElement() attrValue is null");
         return;
     }
     char value[kXmlValueBufferBytes] = {};
     if (strcpy_s(value, sizeof(value), valueText) != EOK) {
-        ORLUNE_LOGE("StartElement() strcpy_s fail");
+        ORLUNE_LOGE(kTagMobile, "StartElement() strcpy_s fail");
     }
     // A value that is no 16-bit word refuses the whole element: none of it is stored.
     if (const char* unfit = FirstUnfitToken(value)) {
@@ -275,7 +276,7 @@ int Orlune::XmlParamParse(char* text, const char* delimiters, int16_t* target, i
     const Fill fill =
             FillWords(tokens, first, reinterpret_cast<unsigned char*>(target), count, count);
     if (fill.ranOut) {
-        ORLUNE_LOGI("XMLLengthCheck:%d", fill.taken);
+        ORLUNE_LOGI(kTagMobile, "XMLLengthCheck:%d", fill.taken);
     }
     return fill.taken;
 }

@@ -5,9 +5,9 @@
 
 #include <platform/device_fs.h>
 
-#include "config/ConfigFile.h"
+#include "base/ConfigFile.h"
 #include "config/ConfigPaths.h"
-#include "effect/LogTags.h"
+#include "base/Log.h"
 #include "effect/orlune.h"
 
 namespace {
@@ -25,12 +25,12 @@ void Orlune::GetProductNameConfig() {
         char resolved[kResolvedPathBytes] = {};
         if (orlune_platform::DevRealpath(node, resolved) == nullptr ||
             orlune_platform::DevAccess(node, R_OK) != 0) {
-            ORLUNE_LOGE("%s product name path do not find", "GetProductNameConfig");
+            ORLUNE_LOGE(kTagMobile, "%s product name path do not find", "GetProductNameConfig");
             continue;
         }
         FILE* fp = OpenConfigFile(resolved, ConfigFileKind::Text).file;
         if (fp == nullptr) {
-            ORLUNE_LOGE("%s get product name fopen fail", "GetProductNameConfig");
+            ORLUNE_LOGE(kTagMobile, "%s get product name fopen fail", "GetProductNameConfig");
             continue;
         }
         // An empty node leaves the buffer, and so the length, as it was.

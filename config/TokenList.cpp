@@ -4,7 +4,7 @@
 #include <stdlib.h>
 #include <string.h>
 
-#include "effect/LogTags.h"
+#include "base/Log.h"
 
 TokenList::TokenList(char* text, const char* delimiters) : mRest(text) {
     for (const char* d = delimiters; *d != '\0'; ++d) {
@@ -143,5 +143,5 @@ bool DecimalText(const char* text, int32_t* value) {
 }
 
 void LogOutOfRange(const char* where, const char* what, const char* text) {
-    ORLUNE_LOGE("%s %s out of range: %.40s", where, what, text);
+    ORLUNE_LOGE(kTagMobile, "%s %s out of range: %.40s", where, what, text);
 }

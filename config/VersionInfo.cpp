@@ -5,10 +5,10 @@
 
 #include <platform/device_fs.h>
 
-#include "config/ConfigFile.h"
+#include "base/ConfigFile.h"
 #include "config/ConfigPaths.h"
 #include "config/TokenList.h"
-#include "effect/LogTags.h"
+#include "base/Log.h"
 #include "effect/orlune.h"
 #include "safe_funcs.h"
 
@@ -35,13 +35,13 @@ int32_t Orlune::GetVersionInfo(const std::string& dir) {
     const std::string path = dir + "version.txt";
     char resolved[kResolvedPathBytes] = {};
     if (orlune_platform::DevRealpath(path.c_str(), resolved) == nullptr) {
-        ORLUNE_LOGE("read version.txt realpath is null");
+        ORLUNE_LOGE(kTagMobile, "read version.txt realpath is null");
         return -1;
     }
-    ORLUNE_LOGI("Read version.txt realpath %s", resolved);
+    ORLUNE_LOGI(kTagMobile, "Read version.txt realpath %s", resolved);
     FILE* fp = OpenConfigFile(resolved, ConfigFileKind::Text).file;
     if (fp == nullptr) {
-        ORLUNE_LOGE("open %s fail", path.c_str());
+        ORLUNE_LOGE(kTagMobile, "open %s fail", path.c_str());
         return -1;
     }
     int32_t version = -1;

@@ -6,11 +6,11 @@
 
 #include <platform/device_fs.h>
 
-#include "config/ConfigFile.h"
+#include "base/ConfigFile.h"
 #include "config/ConfigPaths.h"
 #include "config/TokenList.h"
 #include "config/XmlStream.h"
-#include "effect/LogTags.h"
+#include "base/Log.h"
 #include "effect/orlune.h"
 #include "safe_funcs.h"
 
@@ -23,15 +23,15 @@ int32_t Orlune::KivReadConfigTableFromXML(bool musicRegionEnable) {
     char path[kPathBytes] = {};
     const char* chosen = GetRealConfigFile(base, "xml", path);
     if (IsNoPath(chosen)) {
-        ORLUNE_LOGE("read kiv_config_vmap.xml:path is null");
+        ORLUNE_LOGE(kTagMobile, "read kiv_config_vmap.xml:path is null");
         return -1;
     }
     char resolved[kResolvedPathBytes] = {};
     if (orlune_platform::DevRealpath(chosen, resolved) == nullptr) {
-        ORLUNE_LOGE("read kiv_config_vmap.xml realpath is null");
+        ORLUNE_LOGE(kTagMobile, "read kiv_config_vmap.xml realpath is null");
         resolved[0] = '\0';
     }
-    ORLUNE_LOGI("Read orlune config vmap file %s", resolved);
+    ORLUNE_LOGI(kTagMobile, "Read orlune config vmap file %s", resolved);
     FILE* fp = OpenConfigFile(resolved, ConfigFileKind::Xml).file;
     if (fp == nullptr) {
         return -1;
@@ -66,7 +66,8 @@ void Orlune::StartElementMapTable(void* /*userData*/, const char* name, const ch
     }
     if (strcmp(name, "NV") == 0) {
         if (numIdText == nullptr || idText == nullptr || extIdText == nullptr) {
-            ORLUNE_LOGE(" StartElementMapTable() attrNUMID or attrID or attrEXTID is null");
+            ORLUNE_LOGE(kTagMobile,
+                        " StartElementMapTable() attrNUMID or attrID or attrEXTID is null");
             return;
         }
         int32_t numId = 0;
@@ -78,8 +79,8 @@ void Orlune::StartElementMapTable(void* /*userData*/, const char* name, const ch
             return;
         }
         update.Tables().gVituralMapTable.emplace(numId, ids);  // an existing mapping stays
-        ORLUNE_LOGI("%s attrNUMIDValue:%d, attrIDValue:%d, attrIDValue:%d", "StartElementMapTable",
-                    numId, ids.ID, ids.EXTID);
+        ORLUNE_LOGI(kTagMobile, "%s attrNUMIDValue:%d, attrIDValue:%d, attrIDValue:%d",
+                    "StartElementMapTable", numId, ids.ID, ids.EXTID);
     } else if (strcmp(name, "CFG") == 0) {
         XmlCfgParamParse(numIdText, valueText);
     } else if (strcmp(name, "HPMAP") == 0) {
@@ -89,11 +90,11 @@ void Orlune::StartElementMapTable(void* /*userData*/, const char* name, const ch
 
 void Orlune::XmlCfgParamParse(const char* cfgID, const char* cfgValue) {
     if (cfgID == nullptr) {
-        ORLUNE_LOGE("XmlCfgParamParse cfgID is null");
+        ORLUNE_LOGE(kTagMobile, "XmlCfgParamParse cfgID is null");
         return;
     }
     if (cfgValue == nullptr) {
-        ORLUNE_LOGE("XmlCfgParamParse cfgValue is null");
+        ORLUNE_LOGE(kTagMobile, "XmlCfgParamParse cfgValue is null");
         return;
     }
     ConfigUpdate update;
@@ -104,16 +105,16 @@ void Orlune::XmlCfgParamParse(const char* cfgID, const char* cfgValue) {
     }
     char value[kXmlValueBufferBytes] = {};
     if (strcpy_s(value, sizeof(value), cfgValue) != EOK) {
-        ORLUNE_LOGE("StartElement() strcpy_s fail");
+        ORLUNE_LOGE(kTagMobile, "StartElement() strcpy_s fail");
     }
     TokenList tokens(value);
     const char* first = tokens.Next();
     if (id != 0) {
-        ORLUNE_LOGE("unsupport cfg id: %d", id);
+        ORLUNE_LOGE(kTagMobile, "unsupport cfg id: %d", id);
         return;
     }
     if (first == nullptr) {
-        ORLUNE_LOGE("StartElement() paramPtr or elem is null, elemNum: %d", 0);
+        ORLUNE_LOGE(kTagMobile, "StartElement() paramPtr or elem is null, elemNum: %d", 0);
         return;
     }
     if (!HexTokenFits(first)) {
@@ -122,18 +123,18 @@ void Orlune::XmlCfgParamParse(const char* cfgID, const char* cfgValue) {
     }
     update.Tables().gUiType = HexToken(first);  // every accepted element overwrites: the last wins
     if (tokens.Next() == nullptr) {
-        ORLUNE_LOGI("XMLLengthCheck:%d", 0);
+        ORLUNE_LOGI(kTagMobile, "XMLLengthCheck:%d", 0);
     }
 }
 
 // The two labels of the messages name the attributes the other way round; they are kept so.
 void Orlune::XmlHpMapParse(const char* numId, const char* name) {
     if (name == nullptr) {
-        ORLUNE_LOGE("XmlHpMapParse cfgID is null");
+        ORLUNE_LOGE(kTagMobile, "XmlHpMapParse cfgID is null");
         return;
     }
     if (numId == nullptr) {
-        ORLUNE_LOGE("XmlHpMapParse cfgValue is null");
+        ORLUNE_LOGE(kTagMobile, "XmlHpMapParse cfgValue is null");
         return;
     }
     int32_t number = 0;
@@ -144,7 +145,7 @@ void Orlune::XmlHpMapParse(const char* numId, const char* name) {
     ConfigUpdate update;
     char key[kXmlValueBufferBytes] = {};
     if (strcpy_s(key, sizeof(key), name) != EOK) {
-        ORLUNE_LOGE("XmlHpMapParse strcpy_s fail");
+        ORLUNE_LOGE(kTagMobile, "XmlHpMapParse strcpy_s fail");
     }
     update.Tables().gHpMapTable.emplace(std::string(key, strnlen(key, sizeof(key))), number);
 }

@@ -2,7 +2,7 @@
 
 #include <stdint.h>
 
-#include "effect/LogTags.h"
+#include "base/Log.h"
 #include "effect/orlune.h"
 
 namespace {
@@ -14,7 +14,7 @@ constexpr size_t kChunkBytes = 1024;
 bool ParseConfigXml(FILE* fp, XML_StartElementHandler start, const char* errorMessage) {
     XML_Parser parser = XML_ParserCreate(nullptr);
     if (parser == nullptr) {
-        ORLUNE_LOGE("%s", errorMessage);
+        ORLUNE_LOGE(kTagMobile, "%s", errorMessage);
         return false;
     }
     int32_t depth = 0;  // the handlers' user data; only EndElement touches it
@@ -27,7 +27,7 @@ bool ParseConfigXml(FILE* fp, XML_StartElementHandler start, const char* errorMe
         const size_t got = fread(chunk, 1, sizeof(chunk), fp);
         const bool final = got < sizeof(chunk);
         if (XML_Parse(parser, chunk, static_cast<int>(got), final ? 1 : 0) == XML_STATUS_ERROR) {
-            ORLUNE_LOGE("%s", errorMessage);
+            ORLUNE_LOGE(kTagMobile, "%s", errorMessage);
             ok = false;
             break;
         }

@@ -1,7 +1,7 @@
 // Binding of the closed algorithm library's six entry points.
 #include <dlfcn.h>
 
-#include "effect/LogTags.h"
+#include "base/Log.h"
 #include "effect/orlune.h"
 
 bool Orlune::LoadOrulneEffect() {
@@ -9,10 +9,10 @@ bool Orlune::LoadOrulneEffect() {
     if (initialised == 1) {
         return true;
     }
-    ORLUNE_LOGI("%s: load orlune Effect lib", kFn);
+    ORLUNE_LOGI(kTagMobile, "%s: load orlune Effect lib", kFn);
     void* handle = dlopen(kAlgoLibName, RTLD_LAZY);
     if (handle == nullptr) {
-        ORLUNE_LOGE("%s: lib64orlune7_1.so open fail.", kFn);
+        ORLUNE_LOGE(kTagMobile, "%s: lib64orlune7_1.so open fail.", kFn);
         initialised = 0;
         return false;
     }
@@ -26,11 +26,11 @@ bool Orlune::LoadOrulneEffect() {
     if (mAlgoInit != nullptr && mAlgoApply != nullptr && mAlgoSetPara != nullptr &&
         mAlgoGetPara != nullptr && mAlgoGetVersion != nullptr && mAlgoGetSize != nullptr) {
         initialised = 1;
-        ORLUNE_LOGI("%s %d: Load orlune algo lib OK.", kFn, 1075);
+        ORLUNE_LOGI(kTagMobile, "%s %d: Load orlune algo lib OK.", kFn, 1075);
         // The handle is deliberately not kept: the library stays mapped for the process.
         return true;
     }
-    ORLUNE_LOGE("%s: Orlune load function symbol failed.", kFn);
+    ORLUNE_LOGE(kTagMobile, "%s: Orlune load function symbol failed.", kFn);
     initialised = 0;
     dlclose(handle);
     // Nothing may call into the closed handle, even by mistake.

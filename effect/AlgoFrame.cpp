@@ -2,7 +2,7 @@
 // and the start-up output guard, and the loop that feeds whole frames through it.
 #include <string.h>
 
-#include "effect/LogTags.h"
+#include "base/Log.h"
 #include "effect/PipelineLimits.h"
 #include "effect/orlune.h"
 #include "safe_funcs.h"
@@ -17,7 +17,7 @@ void Orlune::ProcessFadeInOut(int frameCount) {
     // four-channel bound alone would let the last frames run past the buffer's end.
     if (!pipeline::OutBufOffsetValid(*this) ||
         !pipeline::FramesFit(*this, frameCount, mOutChannelCount)) {
-        ORLUNE_LOGE("ProcessFadeInOut outBufOffset is invalid");
+        ORLUNE_LOGE(kTagMobile, "ProcessFadeInOut outBufOffset is invalid");
         return;
     }
     if (inBufOffset < pipeline::kStereoFrameSamples) {
@@ -39,7 +39,7 @@ void Orlune::KivApply(int* out) {
         if (popped != nullptr) {
             const int ret = memcpy_s(mIoBuffer, sizeof(mIoBuffer), popped, kPopBlockBytes);
             if (ret != EOK) {
-                ORLUNE_LOGE("%s: memcpy failed, ret = %d", kFn, ret);
+                ORLUNE_LOGE(kTagMobile, "%s: memcpy failed, ret = %d", kFn, ret);
             }
         }
     }
@@ -60,7 +60,7 @@ void Orlune::KivApply(int* out) {
         mLad.CheckBuffer(mLadInfoIn, mLadInfoOut);
     }
     if (ret != 0) {
-        ORLUNE_LOGE("%s: Orlune algorithm apply failed, ret = %d", kFn, ret);
+        ORLUNE_LOGE(kTagMobile, "%s: Orlune algorithm apply failed, ret = %d", kFn, ret);
         mEvents.errorCodes.AddErrorCode(ret);
         return;
     }
@@ -88,6 +88,7 @@ void Orlune::KivApply(int* out) {
             if (mMuteArmed == 1 && mIoInfo.enable != 0) {
                 memset(dst, 0, static_cast<size_t>(oc) * sizeof(int32_t));
             } else if (out[i] < -300 || out[i] > 300) {
+                // Armed by the first sample beyond +-300 (32-bit scale, far below audibility).
                 // Sample i of the destination, not of frame i: kept as the device does it.
                 mMuteArmed = 1;
             }

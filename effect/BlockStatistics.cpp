@@ -1,9 +1,11 @@
 // Per-block usage counting and the periodic status line of the sample pipeline.
-#include "effect/LogTags.h"
+#include "base/Log.h"
 #include "effect/orlune.h"
 
 namespace {
 
+// Blocks, counted over all instances, between two status lines and checks of the daily usage
+// report: 2.5 s of audio in 480-frame blocks at 48 kHz.
 constexpr uint32_t kStatusLogBlocks = 250;
 
 }  // namespace
@@ -22,12 +24,12 @@ void Orlune::RecordKivLog(int frames, int channels, audio_format_t format) {
             sLogEnableCount.fetch_add(1, std::memory_order_relaxed);
         }
     } else {
-        ORLUNE_LOGI(
-                "KivOutProcPlaySamples currentStatus = %s, enableCount is %u ,countchans is "
-                "%d, samples:%d, format:%x",
-                mIoInfo.enable == 1 ? "enabled" : "disabled",
-                sLogEnableCount.load(std::memory_order_relaxed), channels, frames,
-                static_cast<unsigned>(format));
+        ORLUNE_LOGI(kTagMobile,
+                    "KivOutProcPlaySamples currentStatus = %s, enableCount is %u ,countchans is "
+                    "%d, samples:%d, format:%x",
+                    mIoInfo.enable == 1 ? "enabled" : "disabled",
+                    sLogEnableCount.load(std::memory_order_relaxed), channels, frames,
+                    static_cast<unsigned>(format));
         mEvents.TriggerSendLog();
     }
     mEvents.AddEnableFrame(mIoInfo.enable == 1);

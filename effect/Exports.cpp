@@ -1,17 +1,16 @@
 // The factory that the platform's audio path calls to create and delete effect instances.
-#include <android/log.h>
 
-#include "effect/Export.h"
-#include "effect/LogTags.h"
+#include "base/Export.h"
+#include "base/Log.h"
 #include "effect/orlune.h"
 
 ORLUNE_EXPORT void* GetOrluneInstance() {
-    ORLUNE_LOGD("GetOrluneInstance");
+    ORLUNE_LOGD(kTagMobile, "GetOrluneInstance");
     return new Orlune();
 }
 
 ORLUNE_EXPORT void DeleteOrluneInstance(void* instance) {
-    ORLUNE_LOGD("DeleteOrluneInstance");
+    ORLUNE_LOGD(kTagMobile, "DeleteOrluneInstance");
     if (instance == nullptr) {
         return;
     }

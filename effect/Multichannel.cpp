@@ -2,7 +2,7 @@
 // through the algorithm, which folds each to one stereo pair.
 #include <string.h>
 
-#include "effect/LogTags.h"
+#include "base/Log.h"
 #include "effect/PipelineLimits.h"
 #include "effect/orlune.h"
 
@@ -17,7 +17,7 @@ void Orlune::KivMultichannelPlay(int channels) {
     // As on the stereo path, frames that would run past the output buffer count as an invalid
     // offset; here nothing is consumed and the input stays cached.
     if (!pipeline::OutBufOffsetValid(*this) || !pipeline::FramesFit(*this, n, mOutChannelCount)) {
-        ORLUNE_LOGE("KivMultichannelPlay outBufOffset is invalid");
+        ORLUNE_LOGE(kTagMobile, "KivMultichannelPlay outBufOffset is invalid");
         return;
     }
 
@@ -29,7 +29,7 @@ void Orlune::KivMultichannelPlay(int channels) {
                 mAlgoApply(mAlgoMemTable, mAlgoMemTable + kAlgoMemBanks, mAlgoParamArea, &mIoInfo);
         mEvents.AddAlgoRunTimes();
         if (ret != 0) {
-            ORLUNE_LOGE("Quex_KIV_Apply result is %d", ret);
+            ORLUNE_LOGE(kTagMobile, "Quex_KIV_Apply result is %d", ret);
             mEvents.errorCodes.AddErrorCode(ret);
         }
         DumpPcm(mIoBuffer, kAlgoFrame * mIoInfo.outChannels, DUMP_ALGO_OUT);
@@ -55,7 +55,7 @@ void Orlune::KivMultichannelPlay(int channels) {
     }
     inBufOffset -= consumed;
     if (inBufOffset < 0) {
-        ORLUNE_LOGE("kiv error: inBufOffset < 0");
+        ORLUNE_LOGE(kTagMobile, "kiv error: inBufOffset < 0");
         inBufOffset = 0;
     }
     outBufOffset += oc * (2 * kAlgoFrame * n) / 2;

@@ -4,8 +4,8 @@
 #include <string.h>
 #include <unistd.h>
 
+#include "base/Log.h"
 #include "config/ConfigLoad.h"
-#include "effect/LogTags.h"
 
 std::atomic<uint32_t> Orlune::gInstanceNum{0};
 std::atomic<bool> Orlune::gMapTableFlag{false};
@@ -67,8 +67,8 @@ Orlune::Orlune() {
         }
     }
 
-    ORLUNE_LOGI("%s: Orlune instance init. %p, tid:%d", "Orlune", static_cast<void*>(this),
-                static_cast<int>(gettid()));
+    ORLUNE_LOGI(kTagMobile, "%s: Orlune instance init. %p, tid:%d", "Orlune",
+                static_cast<void*>(this), static_cast<int>(gettid()));
     ++gInstanceNum;
 
     mLadInfoIn.clear();

@@ -7,7 +7,7 @@
 
 #include <platform/device_fs.h>
 
-#include "effect/LogTags.h"
+#include "base/Log.h"
 #include "effect/orlune.h"
 #include "safe_funcs.h"
 
@@ -16,22 +16,22 @@ namespace {
 constexpr const char* kDumpDir = "/data/audio_debug";
 constexpr const char* kDumpStems[DUMP_HANDLE_COUNT] = {"brisel_handle_in", "brisel_algo_in",
                                                        "brisel_algo_out", "brisel_handle_out"};
-constexpr int kDumpPathBytes = 256;
+constexpr int kDumpPathBytes = 256;  // the fixed path buffer; the longest dump path takes 50
 
 void LogMissingFile(DumpHandle which) {
     static const char* const kFn = "DumpPcm";
     switch (which) {
         case DUMP_HANDLE_IN:
-            ORLUNE_LOGE("%s: Audio dump handle_in is nullptr", kFn);
+            ORLUNE_LOGE(kTagMobile, "%s: Audio dump handle_in is nullptr", kFn);
             break;
         case DUMP_ALGO_IN:
-            ORLUNE_LOGE("%s: Audio dump algo_in is nullptr", kFn);
+            ORLUNE_LOGE(kTagMobile, "%s: Audio dump algo_in is nullptr", kFn);
             break;
         case DUMP_ALGO_OUT:
-            ORLUNE_LOGE("%s: Audio dump algo_out is nullptr", kFn);
+            ORLUNE_LOGE(kTagMobile, "%s: Audio dump algo_out is nullptr", kFn);
             break;
         default:
-            ORLUNE_LOGE("%s: Audio dump handle_out is nullptr", kFn);
+            ORLUNE_LOGE(kTagMobile, "%s: Audio dump handle_out is nullptr", kFn);
             break;
     }
 }
@@ -56,12 +56,14 @@ void Orlune::SetAudioDump(int on) {
     const bool enabled = DumpEnabled();
     if (on != 0) {
         if (enabled) {
-            ORLUNE_LOGI("%s %d: Audio dump has already been enabled", "SetAudioDump", 1752);
+            ORLUNE_LOGI(kTagMobile, "%s %d: Audio dump has already been enabled", "SetAudioDump",
+                        1752);
         } else {
             EnableAudioDump();
         }
     } else if (!enabled) {
-        ORLUNE_LOGI("%s %d: Audio dump has already been disabled", "SetAudioDump", 1758);
+        ORLUNE_LOGI(kTagMobile, "%s %d: Audio dump has already been disabled", "SetAudioDump",
+                    1758);
     } else {
         DisableAudioDump();
     }
@@ -82,7 +84,8 @@ void Orlune::EnableAudioDump() {
             allOpen = allOpen && f != nullptr;
         }
         if (mDumpEnabled != 0 && allOpen) {
-            ORLUNE_LOGI("%s %d: OrluneAudioDump already enabled", "EnableAudioDump", 1690);
+            ORLUNE_LOGI(kTagMobile, "%s %d: OrluneAudioDump already enabled", "EnableAudioDump",
+                        1690);
             return;
         }
     }
@@ -116,12 +119,12 @@ void Orlune::EnableAudioDump() {
             mDumpEnabled = 1;
         }
         CloseFiles(files);
-        ORLUNE_LOGI("%s %d: OrluneAudioDump enabled.", "EnableAudioDump", 1717);
+        ORLUNE_LOGI(kTagMobile, "%s %d: OrluneAudioDump enabled.", "EnableAudioDump", 1717);
         return;
     }
     CloseFiles(files);
-    ORLUNE_LOGE("%s %d:  OrluneAudioDump fopen failed, errno = %d reason = %s.", "EnableAudioDump",
-                1719, openErrno, strerror(openErrno));
+    ORLUNE_LOGE(kTagMobile, "%s %d:  OrluneAudioDump fopen failed, errno = %d reason = %s.",
+                "EnableAudioDump", 1719, openErrno, strerror(openErrno));
     DisableAudioDump();
 }
 
@@ -131,7 +134,7 @@ void Orlune::DisableAudioDump() {
     while (count > 0 && !gAudiodumpCount.compare_exchange_weak(count, count - 1)) {
     }
     CloseDumpFiles();
-    ORLUNE_LOGI("%s %d: OrluneAudioDump disabled", "DisableAudioDump", 1745);
+    ORLUNE_LOGI(kTagMobile, "%s %d: OrluneAudioDump disabled", "DisableAudioDump", 1745);
 }
 
 // Takes the files from the block and closes them; the process-wide count is left alone.

@@ -3,7 +3,7 @@
 
 #include <stdint.h>
 
-#include "effect/BlockRules.h"
+#include "params/BlockRules.h"
 #include "effect/orlune.h"
 
 namespace pipeline {
@@ -11,7 +11,7 @@ namespace pipeline {
 constexpr int kStereoFrameSamples = kAlgoFrame * 2;  // one stereo algorithm frame: 960 samples
 constexpr int kEightChannelFrameSamples = kAlgoFrame * 8;
 constexpr int kTenChannelFrameSamples = kAlgoFrame * 10;
-constexpr int kAlgoSampleRate = 48000;
+constexpr int kAlgoSampleRate = 48000;     // the rate handed to the detector bridge with each frame
 
 // Largest valid outBufOffset: the output buffer's capacity, counted as half the buffer for
 // stereo output, less 1924 samples (481 four-channel frames, one algorithm frame and one more).
@@ -40,7 +40,7 @@ inline bool FramesFit(const Orlune& o, int64_t frames, int32_t channels) {
            o.outBufOffset + frames * channels * kAlgoFrame <= kOutputBufferSamples;
 }
 
-// The UI rule (effect/BlockRules.h) for the instance's words.
+// The UI rule (params/BlockRules.h) for the instance's words.
 inline bool UiRuleDisables(const Orlune& o, bool exemptSpeaker) {
     return UiRuleDisables(o.Tables().gUiType, o.HP_MODE, o.HP_SMART_MODE, o.mDeviceType,
                           exemptSpeaker);

@@ -11,9 +11,9 @@
 #include <platform/properties.h>
 #include <platform/device_fs.h>
 
-#include "config/ConfigFile.h"
+#include "base/ConfigFile.h"
+#include "base/Log.h"
 #include "config/ConfigLoad.h"
-#include "effect/LogTags.h"
 #include "effect/OutChannels.h"
 #include "effect/PipelineLimits.h"
 #include "effect/orlune.h"
@@ -22,7 +22,7 @@ namespace {
 
 constexpr const char* kUiTypeNode =
         "/proc/device-tree/soc/audio_alg_info/audio_capability/kiv_ui_type";
-constexpr int kUiTypeLineBytes = 92;
+constexpr int kUiTypeLineBytes = 92;  // the node is read as one line of at most this many bytes
 
 // The device tree states the UI type the product was built for; the configuration's own
 // value stays in force, a mismatch is only reported.
@@ -33,18 +33,18 @@ void CompareUiType() {
         node = OpenConfigFile(resolved, ConfigFileKind::Text).file;
     }
     if (node == nullptr) {
-        ORLUNE_LOGI("open kivUiType failed");
+        ORLUNE_LOGI(kTagMobile, "open kivUiType failed");
         return;
     }
     char line[kUiTypeLineBytes] = {};
     if (fgets(line, sizeof(line), node) == nullptr) {
-        ORLUNE_LOGE("read KIV_UI_TYPE_DTSI failed");
+        ORLUNE_LOGE(kTagMobile, "read KIV_UI_TYPE_DTSI failed");
     } else {
-        ORLUNE_LOGI("kivUiType = %s", line);
+        ORLUNE_LOGI(kTagMobile, "kivUiType = %s", line);
         const int deviceUiType = atoi(line);
         const int16_t configured = PublishedTables().gUiType;  // stable under the load lock
         if (deviceUiType != configured) {
-            ORLUNE_LOGE("xml ui type %d is diff from apk-dtsi ui type %d", configured,
+            ORLUNE_LOGE(kTagMobile, "xml ui type %d is diff from apk-dtsi ui type %d", configured,
                         deviceUiType);
         }
     }
@@ -82,11 +82,11 @@ void Orlune::KivOutProcPlayInit() {
     char steps[orlune_platform::kPropertyValueMax] = {};
     orlune_platform::PropertyGet("ro.config.media_vol_steps", steps, "0");
     gVolSteps = atoi(steps);
-    ORLUNE_LOGI("gVolSteps:%d, gIsLoudMediaVolumeMode = %d", gVolSteps.load(),
+    ORLUNE_LOGI(kTagMobile, "gVolSteps:%d, gIsLoudMediaVolumeMode = %d", gVolSteps.load(),
                 static_cast<int>(gIsLoudMediaVolumeMode));
 
     if (!LoadOrulneEffect()) {
-        ORLUNE_LOGE("%s: load orlune effect fail.", "KivOutProcPlayInit");
+        ORLUNE_LOGE(kTagMobile, "%s: load orlune effect fail.", "KivOutProcPlayInit");
         return;
     }
 
@@ -97,8 +97,8 @@ void Orlune::KivOutProcPlayInit() {
         versions[63] = '\0';
         versions[127] = '\0';
         versions[kAlgoVersionBytes - 1] = '\0';
-        ORLUNE_LOGI("cgtVersion: %s, releaseVersion: %s, releaseDate: %s", versions, versions + 64,
-                    versions + 128);
+        ORLUNE_LOGI(kTagMobile, "cgtVersion: %s, releaseVersion: %s, releaseDate: %s", versions,
+                    versions + 64, versions + 128);
     }
 
     LoadConfigurationOnce();
@@ -131,7 +131,8 @@ void Orlune::KivOutProcPlayInit() {
     if (gAudiodumpCount != 0) {
         std::lock_guard<std::mutex> dumpLock(mDumpLock);
         if (DumpEnabled()) {
-            ORLUNE_LOGI("%s %d: Audio dump has already been enabled", "SetAudioDump", 1752);
+            ORLUNE_LOGI(kTagMobile, "%s %d: Audio dump has already been enabled", "SetAudioDump",
+                        1752);
         } else {
             EnableAudioDump();
         }
@@ -146,7 +147,7 @@ void Orlune::InitPopEliminate() {
 
 // Called with the instance lock held (set-up, or the block itself).
 void Orlune::InitKiv(bool resetGuard) {
-    ORLUNE_LOGE("%s, tid:%d", "InitKiv", static_cast<int>(gettid()));
+    ORLUNE_LOGE(kTagMobile, "%s, tid:%d", "InitKiv", static_cast<int>(gettid()));
     mConfigChannelOut = orlune_platform::PropertyGetInt32("msc.brisel.config_channel_out", 2);
     mIoInfo.inChannels = mChannelCount != 0 ? mChannelCount : 2;
 
@@ -157,13 +158,14 @@ void Orlune::InitKiv(bool resetGuard) {
     if (mAlgoGetSize != nullptr) {
         int32_t sizes[kAlgoSizeWords] = {};
         const int32_t ret = mAlgoGetSize(sizes, &mIoInfo);
-        ORLUNE_LOGI("%s: Get size ret = %d, stateSize = %d,%d,%d, scratchSize = %d", "InitKiv", ret,
-                    sizes[0], sizes[1], sizes[2], sizes[3]);
+        ORLUNE_LOGI(kTagMobile, "%s: Get size ret = %d, stateSize = %d,%d,%d, scratchSize = %d",
+                    "InitKiv", ret, sizes[0], sizes[1], sizes[2], sizes[3]);
     }
     if (mAlgoInit != nullptr) {
         const int32_t ret = mAlgoInit(mAlgoMemTable, mAlgoMemTable + kAlgoMemBanks);
         if (ret != 0) {
-            ORLUNE_LOGE("%s: Algorithm orluneInitClass failed! ret = %d", "InitKiv", ret);
+            ORLUNE_LOGE(kTagMobile, "%s: Algorithm orluneInitClass failed! ret = %d", "InitKiv",
+                        ret);
             mEvents.errorCodes.AddErrorCode(ret);
         }
     }

@@ -4,10 +4,10 @@
 
 #include <audio_utils/format.h>
 
-#include "effect/LogTags.h"
+#include "base/Log.h"
 #include "effect/OutChannels.h"
 #include "effect/PipelineLimits.h"
-#include "effect/VolumeDb.h"
+#include "base/VolumeDb.h"
 #include "effect/orlune.h"
 
 namespace {
@@ -36,7 +36,8 @@ int64_t HostCapacity(int frames, int channels) {
     return static_cast<int64_t>(frames) * channels;
 }
 
-// Folds two counts into one value that tells block shapes apart for the once-per-change log.
+// Folds two counts into one value that tells block shapes apart for the once-per-change log
+// (a x 16 + b: distinct while b is below 16, as the host's channel counts 2 to 10 are).
 int ShapeKey(int a, int b) {
     return static_cast<int>(static_cast<uint32_t>(a) * 16u + static_cast<uint32_t>(b));
 }
@@ -46,29 +47,31 @@ void LogReject(BlockReject why, int value, int frames, int channels, audio_forma
     static const char* const kFn = "KivOutProcPlaySamples";
     switch (why) {
         case BLOCK_NULL_BUFFER:
-            ORLUNE_LOGE("%s: null buffer of %d frames, block ignored", kFn, frames);
+            ORLUNE_LOGE(kTagMobile, "%s: null buffer of %d frames, block ignored", kFn, frames);
             break;
         case BLOCK_BAD_FRAMES:
-            ORLUNE_LOGE("%s: invalid frame count %d, block returned untouched", kFn, value);
+            ORLUNE_LOGE(kTagMobile, "%s: invalid frame count %d, block returned untouched", kFn,
+                        value);
             break;
         case BLOCK_BAD_CHANNELS:
-            ORLUNE_LOGE("%s: invalid channel count %d, block returned untouched", kFn, value);
+            ORLUNE_LOGE(kTagMobile, "%s: invalid channel count %d, block returned untouched", kFn,
+                        value);
             break;
         case BLOCK_BAD_FORMAT:
-            ORLUNE_LOGE("%s: unsupported format %#x, block returned untouched", kFn,
+            ORLUNE_LOGE(kTagMobile, "%s: unsupported format %#x, block returned untouched", kFn,
                         static_cast<unsigned>(format));
             break;
         case BLOCK_INPUT_OVERRUN:
-            ORLUNE_LOGE(
-                    "%s: block of %d frames x %d channels overruns the input cache (%d "
-                    "samples free), returned untouched",
-                    kFn, frames, channels, freeSamples);
+            ORLUNE_LOGE(kTagMobile,
+                        "%s: block of %d frames x %d channels overruns the input cache (%d "
+                        "samples free), returned untouched",
+                        kFn, frames, channels, freeSamples);
             break;
         case BLOCK_OUTPUT_TOO_WIDE:
-            ORLUNE_LOGE(
-                    "%s: %d output channels do not fit a %d-channel block, returned "
-                    "untouched",
-                    kFn, outChannels, channels);
+            ORLUNE_LOGE(kTagMobile,
+                        "%s: %d output channels do not fit a %d-channel block, returned "
+                        "untouched",
+                        kFn, outChannels, channels);
             break;
         case BLOCK_OK:
             break;
@@ -134,10 +137,10 @@ void Orlune::KivOutProcPlaySamples(short* buffer, int frames, int channels, audi
     mIoInfo.enable = (stereoWidenEnable != 0 && param32Value != 0) ? 1 : 0;
 
     if (mResetRequest == 1) {
-        ORLUNE_LOGI("KIV reset");
+        ORLUNE_LOGI(kTagMobile, "KIV reset");
         const int32_t ret = mAlgoInit(mAlgoMemTable, mAlgoMemTable + kAlgoMemBanks);
         if (ret != 0) {
-            ORLUNE_LOGE("initialisation failed ret = %d", ret);
+            ORLUNE_LOGE(kTagMobile, "initialisation failed ret = %d", ret);
             mEvents.errorCodes.AddErrorCode(ret);
         }
         mResetRequest = 0;
@@ -179,7 +182,8 @@ void Orlune::KivOutProcPlaySamples(short* buffer, int frames, int channels, audi
     if (outSamples > HostCapacity(frames, channels)) {
         // Only a re-initialisation inside this block can widen the output after the checks
         // above; the processed samples are dropped rather than written past the host buffer.
-        ORLUNE_LOGE("%s: %d output channels do not fit a %d-channel block, output dropped",
+        ORLUNE_LOGE(kTagMobile,
+                    "%s: %d output channels do not fit a %d-channel block, output dropped",
                     "KivOutProcPlaySamples", mOutChannelCount, channels);
         const int32_t drop =
                 static_cast<int32_t>(outSamples < outBufOffset ? outSamples : outBufOffset);

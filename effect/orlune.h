@@ -48,10 +48,10 @@
 #include "config/NameLists.h"
 #include "config/ParamRecords.h"
 #include "config/ParamTableSet.h"
-#include "effect/AlgoApi.h"
-#include "effect/KivIoInfo.h"
+#include "abi/AlgoApi.h"
+#include "abi/KivIoInfo.h"
 #include "events/OrluneEvent.h"
-#include "lad/LadReportInfo.h"
+#include "abi/LadReportInfo.h"
 #include "lad/LoudAbnormalDetecter.h"
 #include "popelim/FallingPopElim.h"
 #include "popelim/ProcessTypes.h"
@@ -65,11 +65,16 @@ enum DumpHandle {
     DUMP_HANDLE_COUNT = 4,
 };
 
-constexpr int kInputCacheSamples = 76800;          // 16 ten-channel algorithm frames
-constexpr int kOutputBufferSamples = 153600;       // twice the input cache
-constexpr int kIoBufferSamples = kAlgoFrame * 10;  // one algorithm frame of the widest layout
-constexpr int kVolumeThrRawWords = 37;  // main XML id 30160: a switch, then six rows of six
-constexpr int kHpTypeRows = 18;         // headphone-type rows, one per headset type
+// Inline 32-bit sample buffers: the input cache holds 16 ten-channel algorithm frames, the
+// output buffer twice as much; the algorithm's in-place buffer holds one ten-channel frame.
+constexpr int kInputCacheSamples = 76800;
+constexpr int kOutputBufferSamples = 153600;
+constexpr int kIoBufferSamples = kAlgoFrame * 10;
+// Volume thresholds of the main XML (ID 30160): a switch word, then six scene rows of
+// kThresholdsPerScene thresholds, which split the volume into seven levels.
+constexpr int kVolumeThrRawWords = 37;
+// Headset-type words of the main XML (IDs 30181, 30182): one row of 16 words per headset type.
+constexpr int kHpTypeRows = 18;
 constexpr int kHpTypeRowWords = 16;
 static_assert(kHpTypeRows * kHpTypeRowWords == kHpTypeWords, "the rows cover the type words");
 constexpr int kThresholdsPerScene = 6;
@@ -399,7 +404,7 @@ public:
     InstanceLock& operator=(const InstanceLock&) = delete;
 
 private:
-    static constexpr int kSpinTries = 1000;
+    static constexpr int kSpinTries = 1000;  // about 4 us of failed tries on the x86-64 host
     pthread_mutex_t& mMutex;
 };
 

@@ -3,11 +3,9 @@
 #include <platform/clock.h>
 #include <tovaview/TovaView.h>
 
-#include "effect/LogTags.h"
+#include "base/Log.h"
 #include "events/EventKeys.h"
 #include "events/OrluneEvent.h"
-
-#define EVENT_LOGD(...) __android_log_print(ANDROID_LOG_DEBUG, kTagEvent, __VA_ARGS__)
 
 ErrorCodeRecorder::ErrorCodeRecorder() : lastSendTime(orlune_platform::MonotonicNs()) {}
 
@@ -16,7 +14,7 @@ void ErrorCodeRecorder::AddErrorCode(int code) {
     if (it != errorCounts.end()) {
         ++it->second;
     } else {
-        EVENT_LOGD("%s: insert errorCode %d", "AddErrorCode", code);
+        ORLUNE_LOGD(kTagEvent, "%s: insert errorCode %d", "AddErrorCode", code);
         errorCounts.emplace(code, 1);
     }
     TriggerSendErrorCode(code);
@@ -31,12 +29,12 @@ bool ErrorCodeRecorder::IsNeedSendLog(int code) {
         if (orlune_platform::MonotonicNs() - lastSendTime < sendLogDuration) {
             return false;
         }
-        EVENT_LOGD("need to send log");
-        EVENT_LOGD("%s: same errorCode %d, time to send", "IsNeedSendLog", code);
+        ORLUNE_LOGD(kTagEvent, "need to send log");
+        ORLUNE_LOGD(kTagEvent, "%s: same errorCode %d, time to send", "IsNeedSendLog", code);
         return true;
     }
     // A change of code is reported at once, whatever the time.
-    EVENT_LOGD("%s: diff errorCode %d", "IsNeedSendLog", lastErrorCode);
+    ORLUNE_LOGD(kTagEvent, "%s: diff errorCode %d", "IsNeedSendLog", lastErrorCode);
     return true;
 }
 
@@ -58,7 +56,7 @@ void ErrorCodeRecorder::SendLog(int code) {
 void ErrorCodeRecorder::PutInEvent(TovaEvent& event, int code) {
     auto it = errorCounts.find(code);
     if (it == errorCounts.end()) {
-        EVENT_LOGD("%s: do not find errorCode %d", "PutInEvent", code);
+        ORLUNE_LOGD(kTagEvent, "%s: do not find errorCode %d", "PutInEvent", code);
         return;
     }
     event.PutString(gKeyEffectName, gEffectNameValue);

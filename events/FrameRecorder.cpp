@@ -2,7 +2,7 @@
 
 #include <tovaview/TovaView.h>
 
-#include "effect/LogTags.h"
+#include "base/Log.h"
 #include "events/EventKeys.h"
 #include "events/UsageRate.h"
 
@@ -11,7 +11,7 @@ std::atomic<uint32_t> HpFrameRecorder::gFrameSums{0};
 
 namespace {
 
-constexpr int kThresholdCount = 6;
+constexpr int kThresholdCount = 6;  // a scene row's volume thresholds, bounding kVolumeBands bands
 
 // First band whose threshold is at least `volume`; kThresholdCount when above all of them.
 int FindBand(int volume, const short* thresholds) {
@@ -25,8 +25,7 @@ int FindBand(int volume, const short* thresholds) {
 
 bool ValidThresholds(const short* thresholds) {
     if (thresholds == nullptr) {
-        __android_log_print(ANDROID_LOG_ERROR, kTagEvent, "%s: thresholds are null",
-                            "RecordFrames");
+        ORLUNE_LOGE(kTagEvent, "%s: thresholds are null", "RecordFrames");
         return false;
     }
     return true;

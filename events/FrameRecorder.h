@@ -7,7 +7,7 @@
 
 class TovaEvent;
 
-constexpr int kVolumeBands = 7;
+constexpr int kVolumeBands = 7;  // the seven volume levels of the tuning
 
 class SpkFrameRecorder {
 public:

@@ -3,7 +3,7 @@
 #include <platform/clock.h>
 #include <tovaview/TovaView.h>
 
-#include "effect/LogTags.h"
+#include "base/Log.h"
 #include "events/EventKeys.h"
 #include "events/UsageRate.h"
 
@@ -95,8 +95,7 @@ void OrluneEvents::AddDeviceFrame(int type) {
             ++btFrames;
             break;
         default:
-            __android_log_print(ANDROID_LOG_ERROR, kTagEvent, "%s: invalid device type %d",
-                                "AddDeviceFrame", type);
+            ORLUNE_LOGE(kTagEvent, "%s: invalid device type %d", "AddDeviceFrame", type);
             break;
     }
 }
@@ -137,7 +136,7 @@ void OrluneEvents::TriggerSendLog() {
 }
 
 void OrluneEvents::SendLog() {
-    __android_log_print(ANDROID_LOG_DEBUG, kTagEvent, "need to send log");
+    ORLUNE_LOGD(kTagEvent, "need to send log");
     TovaEvent event(kUsageEventId);
     AddEvent(event);
     TovaView::Report(event);

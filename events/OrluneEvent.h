@@ -8,9 +8,9 @@
 
 class TovaEvent;
 
-constexpr int kUsageEventId = 916120002;
-constexpr int kSpkRecorderCount = 8;
-constexpr int kHpRecorderCount = 6;
+constexpr int kUsageEventId = 916120002;  // the platform's event id of the daily usage report
+constexpr int kSpkRecorderCount = 8;      // speaker mode ids 0..7
+constexpr int kHpRecorderCount = 6;       // headphone mode ids 0..5
 
 // Speaker recorder slots, in member order; each slot's mode id (key row) is given beside it.
 enum SpkRecorderSlot {

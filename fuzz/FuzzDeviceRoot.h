@@ -15,7 +15,7 @@
 #include <android/log.h>
 #include <sys/stat.h>
 
-#include "config/ConfigFile.h"
+#include "base/ConfigFile.h"
 
 namespace fuzz_root {
 

@@ -3,21 +3,17 @@
 #include <dlfcn.h>
 #include <unistd.h>
 
-#include <android/log.h>
 #include <platform/clock.h>
 #include <platform/device_fs.h>
 
-#include "config/ConfigFile.h"
-
-// The bridge logs without a tag.
-#define LAD_LOGD(...) __android_log_print(ANDROID_LOG_DEBUG, nullptr, __VA_ARGS__)
-#define LAD_LOGE(...) __android_log_print(ANDROID_LOG_ERROR, nullptr, __VA_ARGS__)
+#include "base/ConfigFile.h"
+#include "base/Log.h"
 
 namespace android {
 
 namespace {
 
-constexpr int kLadConfigTypes = 4;
+constexpr int kLadConfigTypes = 4;  // detector types 0..3, one configuration file each
 
 // The detection library reads its configuration itself; the bridge only checks that the file
 // for the requested type exists.
@@ -75,19 +71,19 @@ void LoudAbnormalDetecter::LoadLadProc(int type) {
         return;
     }
     if (type < 0 || type >= kLadConfigTypes) {
-        LAD_LOGE("invaild type, lad config is not support");
+        ORLUNE_LOGE(kTagNone, "invaild type, lad config is not support");
         return;
     }
     // A configuration that is not a regular file of sane size counts as absent, so that the
     // detector's library never opens it (a FIFO would block it).
     if (orlune_platform::DevAccess(kLadConfigFiles[type], F_OK) != 0 ||
         ConfigFileRefused(kLadConfigFiles[type])) {
-        LAD_LOGE("lad config is not exist");
+        ORLUNE_LOGE(kTagNone, "lad config is not exist");
         return;
     }
     mVendorLadLibHandle = dlopen(kLadLibName, RTLD_LAZY);
     if (mVendorLadLibHandle == nullptr) {
-        LAD_LOGE("%s,liblouddetect lib open fail.", "LoadLadProc");
+        ORLUNE_LOGE(kTagNone, "%s,liblouddetect lib open fail.", "LoadLadProc");
         return;
     }
     mGetLadInstance =
@@ -95,7 +91,7 @@ void LoudAbnormalDetecter::LoadLadProc(int type) {
     mDeleteLadInstance =
             reinterpret_cast<DeleteLadInstanceFn>(dlsym(mVendorLadLibHandle, "DeleteLadInstance"));
     if (mGetLadInstance == nullptr || mDeleteLadInstance == nullptr) {
-        LAD_LOGE("%s, LAD load class address fail.", "LoadLadProc");
+        ORLUNE_LOGE(kTagNone, "%s, LAD load class address fail.", "LoadLadProc");
         mGetLadInstance = nullptr;
         mDeleteLadInstance = nullptr;
         dlclose(mVendorLadLibHandle);
@@ -104,7 +100,8 @@ void LoudAbnormalDetecter::LoadLadProc(int type) {
     }
     mLoaded = true;
     LadInit(type);
-    LAD_LOGD("%s load lib success, mVendorLadLibHandle=%p", "LoadLadProc", mVendorLadLibHandle);
+    ORLUNE_LOGD(kTagNone, "%s load lib success, mVendorLadLibHandle=%p", "LoadLadProc",
+                mVendorLadLibHandle);
 }
 
 // Runs once, from LoadLadProc: the detector is handed to the forwarding calls only after its

@@ -13,8 +13,8 @@
 #include <utils/String8.h>
 #include <utils/StrongPointer.h>
 
-#include "lad/LadReportInfo.h"
-#include "lad/LoudDetector.h"
+#include "abi/LadReportInfo.h"
+#include "abi/LoudDetector.h"
 
 namespace android {
 

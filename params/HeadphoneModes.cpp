@@ -1,8 +1,8 @@
 // Per-block tuning choice for wired and Bluetooth headsets: the headphone mode (a 3D rendering
 // mode, a content scene or the custom equaliser), the content's channel layout and the volume
 // level form a virtual id; the headset type and the equaliser are then laid over the records.
+#include "base/Log.h"
 #include "config/VirtualIds.h"
-#include "effect/LogTags.h"
 #include "effect/orlune.h"
 #include "params/ParamHelpers.h"
 
@@ -52,7 +52,7 @@ void Orlune::SetNsForHeadsetOrA2dp(int channels) {
     params::SetHighByte(mCurParaExt.words[kExtWordChannels], channels);
     int32_t ret = params::CallSetPara(*this);
     if (ret != 0) {
-        ORLUNE_LOGE("%s set parameter failed, ret = %d", "SetNsForHeadsetOrA2dp", ret);
+        ORLUNE_LOGE(kTagMobile, "%s set parameter failed, ret = %d", "SetNsForHeadsetOrA2dp", ret);
         mEvents.errorCodes.AddErrorCode(ret);
     }
 }
@@ -92,7 +92,8 @@ void Orlune::SetHP3DModeAndType(int& channels) {
             if (HP_3D_MODE == 0) {
                 customEq();
             } else {
-                ORLUNE_LOGE("SetHP3DModeAndType error, hpMode = %hd, headphone3dMode = %hd",
+                ORLUNE_LOGE(kTagMobile,
+                            "SetHP3DModeAndType error, hpMode = %hd, headphone3dMode = %hd",
                             HP_MODE, HP_3D_MODE);
             }
             break;
@@ -147,7 +148,7 @@ void Orlune::KivSetHP3DMode(short mode, int channels) {
         SetMultiMode9(mapped);
     } else {
         if (mapped != 0) {
-            ORLUNE_LOGW("invalid mode %hd, use normal instead", mapped);
+            ORLUNE_LOGW(kTagMobile, "invalid mode %hd, use normal instead", mapped);
         }
         SetNormalMode(0);
     }
@@ -194,14 +195,14 @@ int Orlune::FindParamForHP() {
     const AudioOrluneMobileParaExt* ext = nullptr;
     switch (ResolveVirtualId(Tables(), vid::HeadphoneIdOfKey(mode), &ids, &para, &ext)) {
         case Resolve::NoVirtualId:
-            ORLUNE_LOGD("%s %d: HP do not find currentParamID currentParamMode: %d ",
+            ORLUNE_LOGD(kTagMobile, "%s %d: HP do not find currentParamID currentParamMode: %d ",
                         "FindParamForHP", 2146, mode);
             return -1;
         case Resolve::NoRealRecord:
-            ORLUNE_LOGD(
-                    "%s %d: HP do not find currentRealParamID or currentRealParamExtID "
-                    "currentParamMode: %d ",
-                    "FindParamForHP", 2153, mode);
+            ORLUNE_LOGD(kTagMobile,
+                        "%s %d: HP do not find currentRealParamID or currentRealParamExtID "
+                        "currentParamMode: %d ",
+                        "FindParamForHP", 2153, mode);
             return -1;
         case Resolve::Found:
             break;
@@ -210,12 +211,12 @@ int Orlune::FindParamForHP() {
     mCurParaExt = *ext;
     if (static_cast<int16_t>(mode) != static_cast<int16_t>(lastHpParamMode.load())) {
         lastHpParamMode = mode;
-        ORLUNE_LOGI(
-                "%s %d: HP NvMode is currentParamMode: %d %s_%s_%s currentRealParamID: %d "
-                "currentRealParamExtID: %d",
-                "FindParamForHP", 2162, mode, NameOf(kHpModeNames, hpModeIndex),
-                NameOf(kParamModeNames, hpMultiKind), NameOf(kVolumeLevelNames, hpVolumeLevel),
-                ids.ID, ids.EXTID);
+        ORLUNE_LOGI(kTagMobile,
+                    "%s %d: HP NvMode is currentParamMode: %d %s_%s_%s currentRealParamID: %d "
+                    "currentRealParamExtID: %d",
+                    "FindParamForHP", 2162, mode, NameOf(kHpModeNames, hpModeIndex),
+                    NameOf(kParamModeNames, hpMultiKind), NameOf(kVolumeLevelNames, hpVolumeLevel),
+                    ids.ID, ids.EXTID);
     }
     return 0;
 }

@@ -1,6 +1,6 @@
 // Overlays on the current headphone records: the headset type's row of words and LPH table,
 // and the host's custom equaliser. The word numbers are the algorithm's record layout.
-#include "effect/LogTags.h"
+#include "base/Log.h"
 #include "effect/orlune.h"
 #include "params/ParamHelpers.h"
 

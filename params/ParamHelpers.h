@@ -4,7 +4,7 @@
 #include <math.h>
 #include <stdint.h>
 
-#include "effect/VolumeDb.h"
+#include "base/VolumeDb.h"
 #include "effect/orlune.h"
 
 // Extended-record words that the mode selection writes on every block.

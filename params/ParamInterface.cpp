@@ -2,9 +2,9 @@
 // a process-wide flag); the next processing block turns the recorded state into tuning. Only
 // kIdMusicRegion, kIdReloadConfig and kIdPcmDump act at once. A setter changes the instance
 // under the instance lock, so the change lands between two blocks.
+#include "base/Log.h"
 #include "config/ConfigLoad.h"
-#include "effect/BlockRules.h"
-#include "effect/LogTags.h"
+#include "params/BlockRules.h"
 #include "effect/orlune.h"
 #include "params/ParamIds.h"
 
@@ -76,7 +76,7 @@ void Orlune::KivParamsSetInt(int key, int value) {
     if (initialised == 0) {
         return;
     }
-    ORLUNE_LOGI("%s: Param %d is set to %d", "KivParamsSetInt", key, value);
+    ORLUNE_LOGI(kTagMobile, "%s: Param %d is set to %d", "KivParamsSetInt", key, value);
     const Route route = RouteOf(key);
     // These read files or re-run set-up and take the locks they need themselves.
     if (route == Route::Dump) {
@@ -106,7 +106,8 @@ void Orlune::KivParamsSetInt(int key, int value) {
         case Route::Dump:
             break;
         case Route::Invalid:
-            ORLUNE_LOGW("%s %d: Invalid param %d %d", "KivParamsSetInt", 1586, key, value);
+            ORLUNE_LOGW(kTagMobile, "%s %d: Invalid param %d %d", "KivParamsSetInt", 1586, key,
+                        value);
             break;
     }
 }
@@ -139,7 +140,8 @@ void Orlune::SetKivOtherParam(int key, int value) {
             }
             break;
         case kIdObsoleteIpgpMode:
-            ORLUNE_LOGW("this orlune version support zelo instead of STEREOWIDEN_IPGP_MODE");
+            ORLUNE_LOGW(kTagMobile,
+                        "this orlune version support zelo instead of STEREOWIDEN_IPGP_MODE");
             break;
         case kIdStartGuard:
             param7Value = value;
@@ -180,26 +182,27 @@ void Orlune::SetKivOtherParam(int key, int value) {
             break;
         case kIdLoudRingMode:
             gIsLoudRingVolumeMode = (value == 1);
-            ORLUNE_LOGI("gIsLoudRingVolumeMode:%d", value == 1);
+            ORLUNE_LOGI(kTagMobile, "gIsLoudRingVolumeMode:%d", value == 1);
             break;
         case kIdLoudMusicMode:
             gIsLoudMusicVolumeMode = (value == 1);
-            ORLUNE_LOGI("gIsLoudMusicVolumeMode:%d", value == 1);
+            ORLUNE_LOGI(kTagMobile, "gIsLoudMusicVolumeMode:%d", value == 1);
             break;
         case kIdLoudAlarmMode:
             gIsLoudAlarmVolumeMode = (value == 1);
-            ORLUNE_LOGI("gIsLoudAlarmVolumeMode:%d", value == 1);
+            ORLUNE_LOGI(kTagMobile, "gIsLoudAlarmVolumeMode:%d", value == 1);
             break;
         case kIdVolumeIndexRing:
             if (value != ringVolumeIndex) {
                 ringVolumeIndex = value;
                 gIsAlarmMode = false;
-                ORLUNE_LOGI("ringVolumeIndex = %d, gIsAlarmMode:%d", ringVolumeIndex, 0);
+                ORLUNE_LOGI(kTagMobile, "ringVolumeIndex = %d, gIsAlarmMode:%d", ringVolumeIndex,
+                            0);
             }
             break;
         case kIdVolumeIndexMusic:
             if (value != musicVolumeIndex) {
-                ORLUNE_LOGI("musicVolumeIndex = %d", value);
+                ORLUNE_LOGI(kTagMobile, "musicVolumeIndex = %d", value);
                 musicVolumeIndex = value;
             }
             break;
@@ -207,19 +210,20 @@ void Orlune::SetKivOtherParam(int key, int value) {
             if (value != alarmVolumeIndex) {
                 alarmVolumeIndex = value;
                 gIsAlarmMode = true;
-                ORLUNE_LOGI("alarmVolumeIndex = %d, gIsAlarmMode:%d", alarmVolumeIndex, 1);
+                ORLUNE_LOGI(kTagMobile, "alarmVolumeIndex = %d, gIsAlarmMode:%d", alarmVolumeIndex,
+                            1);
             }
             break;
         case kIdVolumeIndexHeadphone:
             if (value != hpVolumeIndex) {
                 hpVolumeIndex = value;
-                ORLUNE_LOGI("hpVolumeIndex = %d", hpVolumeIndex);
+                ORLUNE_LOGI(kTagMobile, "hpVolumeIndex = %d", hpVolumeIndex);
             }
             break;
         case kIdVolumeIndexBluetooth:
             if (value != btVolumeIndex) {
                 btVolumeIndex = value;
-                ORLUNE_LOGI("btVolumeIndex = %d", btVolumeIndex);
+                ORLUNE_LOGI(kTagMobile, "btVolumeIndex = %d", btVolumeIndex);
             }
             break;
         case kIdStartStream:
@@ -238,7 +242,7 @@ void Orlune::SetKivOtherParam(int key, int value) {
             foldState = value;
             break;
         default:
-            ORLUNE_LOGW("invalid other parameter %d", key);
+            ORLUNE_LOGW(kTagMobile, "invalid other parameter %d", key);
             break;
     }
 }
@@ -272,7 +276,7 @@ void Orlune::SetKivAPKParam(int key, int value) {
             }
             break;
         default:
-            ORLUNE_LOGW("invalid APK parameter %d", key);
+            ORLUNE_LOGW(kTagMobile, "invalid APK parameter %d", key);
             break;
     }
 }
@@ -285,7 +289,7 @@ void Orlune::SetKivHEQParam(int key, int value) {
     } else if (key == kIdEqLimit) {
         gEqLimitValue = value;
     } else {
-        ORLUNE_LOGW("invalid HEQ parameter %d", key);
+        ORLUNE_LOGW(kTagMobile, "invalid HEQ parameter %d", key);
     }
 }
 
@@ -301,7 +305,7 @@ void Orlune::SetKivDeviceParam(int key, int value) {
             wiredHeadsetType = value;
             break;
         default:
-            ORLUNE_LOGW("invalid device parameter %d", key);
+            ORLUNE_LOGW(kTagMobile, "invalid device parameter %d", key);
             break;
     }
 }

@@ -2,7 +2,7 @@
 // otherwise a key=value list whose reply holds the requested headphone fields.
 #include <string.h>
 
-#include "effect/LogTags.h"
+#include "base/Log.h"
 #include "effect/orlune.h"
 #include "safe_funcs.h"
 
@@ -17,7 +17,7 @@ const char* EqKey(int band) {
 
 const char* LoudModeReply(bool on, const char* message) {
     if (on) {
-        ORLUNE_LOGI("%s", message);
+        ORLUNE_LOGI(kTagMobile, "%s", message);
         return "true";
     }
     return "false";
@@ -107,7 +107,7 @@ void Orlune::KivParamsGetCharactor(android::AudioParameter& request, android::Au
     }
     char text[32] = {};
     if (sprintf_s(text, sizeof(text), "%f", static_cast<double>(*field)) < 0) {
-        ORLUNE_LOGE("sprintf_s failed");
+        ORLUNE_LOGE(kTagMobile, "sprintf_s failed");
     }
     reply.add(android::String8(key), android::String8(text));
 }

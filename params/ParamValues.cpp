@@ -4,7 +4,7 @@
 
 #include <map>
 
-#include "effect/LogTags.h"
+#include "base/Log.h"
 #include "effect/orlune.h"
 #include "params/ParamIds.h"
 
@@ -13,7 +13,7 @@ namespace {
 // Stores `value` into `field` when it differs, logging the new value first.
 void StoreIfChanged(float& field, float value, const char* format) {
     if (value != field) {
-        ORLUNE_LOGI(format, value);
+        ORLUNE_LOGI(kTagMobile, format, value);
         field = value;
     }
 }
@@ -59,8 +59,8 @@ void Orlune::KivParamsSetString(int key, const std::string& value) {
         TablesPin tables(*this);
         auto it = Tables().gHpMapTable.find(value);
         if (it == Tables().gHpMapTable.end()) {
-            ORLUNE_LOGW("SetString unknown headset name: %s, HP_TYPE stays %hd", value.c_str(),
-                        HP_TYPE);
+            ORLUNE_LOGW(kTagMobile, "SetString unknown headset name: %s, HP_TYPE stays %hd",
+                        value.c_str(), HP_TYPE);
             return;
         }
         HP_TYPE = static_cast<int16_t>(it->second);
@@ -83,6 +83,6 @@ void Orlune::KivParamsSetString(int key, const std::string& value) {
             mLad.SetLadPlayAppName(mLadInfoOut, playing);
         }
     } else {
-        ORLUNE_LOGI("SetString Unsupport param: %d, value: %s", key, value.c_str());
+        ORLUNE_LOGI(kTagMobile, "SetString Unsupport param: %d, value: %s", key, value.c_str());
     }
 }

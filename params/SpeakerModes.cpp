@@ -2,8 +2,8 @@
 // level form a virtual id that resolves to the records handed to the algorithm.
 #include <stdint.h>
 
+#include "base/Log.h"
 #include "config/VirtualIds.h"
-#include "effect/LogTags.h"
 #include "effect/orlune.h"
 #include "params/ParamHelpers.h"
 
@@ -25,7 +25,7 @@ void Orlune::SetNsForSpeaker(int channels) {
     mCurParaExt.words[kExtWordVolume] = static_cast<int16_t>(VolumeDbToInt(volumeDb));
     int32_t ret = params::CallSetPara(*this);
     if (ret != 0) {
-        ORLUNE_LOGE("%s set parameter failed, ret = %d", "SetNsForSpeaker", ret);
+        ORLUNE_LOGE(kTagMobile, "%s set parameter failed, ret = %d", "SetNsForSpeaker", ret);
         mEvents.errorCodes.AddErrorCode(ret);
     }
 }
@@ -62,14 +62,14 @@ void Orlune::SetSpkParam() {
     const AudioOrluneMobileParaExt* ext = nullptr;
     switch (ResolveVirtualId(Tables(), virtualId, &ids, &para, &ext)) {
         case Resolve::NoVirtualId:
-            ORLUNE_LOGD("%s %d: SPK do not find currentParamID currentParamMode: %d ",
+            ORLUNE_LOGD(kTagMobile, "%s %d: SPK do not find currentParamID currentParamMode: %d ",
                         "SetSpkParam", 2263, virtualId);
             return;
         case Resolve::NoRealRecord:
-            ORLUNE_LOGD(
-                    "%s %d: SPK do not find currentRealParamID or currentRealParamExtID "
-                    "currentParamMode: %d ",
-                    "SetSpkParam", 2270, virtualId);
+            ORLUNE_LOGD(kTagMobile,
+                        "%s %d: SPK do not find currentRealParamID or currentRealParamExtID "
+                        "currentParamMode: %d ",
+                        "SetSpkParam", 2270, virtualId);
             return;
         case Resolve::Found:
             break;
@@ -82,13 +82,13 @@ void Orlune::SetSpkParam() {
         return;
     }
     lastSpkParamMode = virtualId;
-    ORLUNE_LOGI(
-            "%s %d: SPK NvMode is currentParamMode: %d %s_%s_%s_%s_%s currentRealParamID: %d "
-            "currentRealParamExtID: %d",
-            "SetSpkParam", 2280, virtualId, NameOf(kOutputPathNames, outputPath),
-            NameOf(kFoldStateNames, foldState), NameOf(kOrientationNames, orientation),
-            NameOf(kSceneNames, sceneMode), NameOf(kVolumeLevelNames, volumeLevel), ids.ID,
-            ids.EXTID);
+    ORLUNE_LOGI(kTagMobile,
+                "%s %d: SPK NvMode is currentParamMode: %d %s_%s_%s_%s_%s currentRealParamID: %d "
+                "currentRealParamExtID: %d",
+                "SetSpkParam", 2280, virtualId, NameOf(kOutputPathNames, outputPath),
+                NameOf(kFoldStateNames, foldState), NameOf(kOrientationNames, orientation),
+                NameOf(kSceneNames, sceneMode), NameOf(kVolumeLevelNames, volumeLevel), ids.ID,
+                ids.EXTID);
 }
 
 void Orlune::RecordFrames() {

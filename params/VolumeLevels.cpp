@@ -2,7 +2,7 @@
 // that turns a stream volume index into one of seven levels.
 #include <string.h>
 
-#include "effect/LogTags.h"
+#include "base/Log.h"
 #include "effect/orlune.h"
 
 namespace {
@@ -34,7 +34,8 @@ void RowFromRaw(PARAM_INDEX_ZELO_SCENE scene, unsigned short* raw, int count,
     for (int i = 0; i < n; ++i) {
         const int16_t value = static_cast<int16_t>(raw[i]);
         if (value < 0) {
-            ORLUNE_LOGE(" %d KivReadConfig volumeThrFixed error", static_cast<int>(scene));
+            ORLUNE_LOGE(kTagMobile, " %d KivReadConfig volumeThrFixed error",
+                        static_cast<int>(scene));
             row[i] = 0;
             raw[i] = 0x8000;
         } else {

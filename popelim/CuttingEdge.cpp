@@ -1,9 +1,7 @@
 #include "popelim/CuttingEdge.h"
 
-#include <android/log.h>
-
-#include "effect/Export.h"
-#include "effect/LogTags.h"
+#include "base/Export.h"
+#include "base/Log.h"
 #include "popelim/FallingPopElim.h"
 #include "popelim/PopElimBlock.h"
 
@@ -29,14 +27,12 @@ bool CheckRate(ProcessHandle* handle, unsigned size) {
     if (row->sampleRate == handle->sampleRate) {
         return true;
     }
-    __android_log_print(ANDROID_LOG_INFO, kTagPop, "Sample rate %u -> %u", handle->sampleRate,
-                        row->sampleRate);
+    ORLUNE_LOGI(kTagPop, "Sample rate %u -> %u", handle->sampleRate, row->sampleRate);
     ClearCachedBuffer(handle);
     handle->sampleRate = row->sampleRate;
     handle->curBufferSize = size;
     handle->cacheSize = ((size & 0xFFFFu) / 10 + 3) & ~3u;
-    __android_log_print(ANDROID_LOG_INFO, kTagPop, "Buffer size %u, cache size %u",
-                        handle->curBufferSize, handle->cacheSize);
+    ORLUNE_LOGI(kTagPop, "Buffer size %u, cache size %u", handle->curBufferSize, handle->cacheSize);
     return true;
 }
 

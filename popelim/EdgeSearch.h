@@ -6,11 +6,10 @@
 // StereoSearch.h has the same searches for the stereo processing path.
 #pragma once
 
-#include <android/log.h>
 #include <stdint.h>
 #include <stdlib.h>
 
-#include "effect/LogTags.h"
+#include "base/Log.h"
 #include "popelim/ChannelSamples.h"
 
 namespace popelim {
@@ -115,9 +114,8 @@ unsigned FindRaisingEdgeIn(const Samples& samples, unsigned frames, unsigned cha
             state = State::kSeek;
         }
         if (found != 0) {
-            __android_log_print(ANDROID_LOG_INFO, kTagPop,
-                                "raising edge fade in, pos = %u, value = %d, channel = %d", found,
-                                cur, static_cast<int>(channel));
+            ORLUNE_LOGI(kTagPop, "raising edge fade in, pos = %u, value = %d, channel = %d", found,
+                        cur, static_cast<int>(channel));
             return found;
         }
         ++i;
@@ -153,9 +151,8 @@ unsigned FindFallingEdgeIn(const Samples& samples, unsigned frames, unsigned cha
         }
         const unsigned span = i - position;
         if ((lowCount >= 11 && i == frames - 1 && span < 48) || (lowCount >= 48 && span <= 479)) {
-            __android_log_print(ANDROID_LOG_INFO, kTagPop,
-                                "falling edge fade out, pos = %u, value = %d, channel = %d",
-                                position, reference, static_cast<int>(channel));
+            ORLUNE_LOGI(kTagPop, "falling edge fade out, pos = %u, value = %d, channel = %d",
+                        position, reference, static_cast<int>(channel));
             return position;
         }
     }

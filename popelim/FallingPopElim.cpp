@@ -1,9 +1,8 @@
 #include "popelim/FallingPopElim.h"
 
-#include <android/log.h>
 #include <system/audio.h>
 
-#include "effect/LogTags.h"
+#include "base/Log.h"
 #include "popelim/EdgeFade.h"
 #include "popelim/EdgeSearch.h"
 #include "popelim/PopElimBlock.h"
@@ -13,8 +12,8 @@ const SampleRateRow gSampleRateTable[1] = {{kPopBlockBytes, 48000}};
 
 namespace {
 
-constexpr uint32_t kInitialSampleRate = 48000;
-constexpr uint32_t kMaxConfigBufferSize = kPopBlockBytes;
+constexpr uint32_t kInitialSampleRate = 48000;             // the only row of gSampleRateTable
+constexpr uint32_t kMaxConfigBufferSize = kPopBlockBytes;  // one stereo algorithm frame
 constexpr int32_t kFormatPcm32 = AUDIO_FORMAT_PCM_32_BIT;
 
 // One channel for the searches and fades reached through the public members, which read and
@@ -42,11 +41,11 @@ ProcessHandle* FallingPopElim::CuttingEdgeFadeinoutInit(const ProcessConfig* con
                                                         ProcessHandle* handle, const void* buffer,
                                                         const void* cache) {
     if (config == nullptr || handle == nullptr) {
-        __android_log_print(ANDROID_LOG_WARN, kTagPop, "Pointer is null");
+        ORLUNE_LOGW(kTagPop, "Pointer is null");
         return nullptr;
     }
     if (!InitValidityCheck(config)) {
-        __android_log_print(ANDROID_LOG_ERROR, kTagPop, "config is invalid, init failed");
+        ORLUNE_LOGE(kTagPop, "config is invalid, init failed");
         return nullptr;
     }
     handle->buffer = static_cast<int32_t*>(const_cast<void*>(buffer));
@@ -62,29 +61,29 @@ ProcessHandle* FallingPopElim::CuttingEdgeFadeinoutInit(const ProcessConfig* con
     const uint32_t frameBytes = config->channelCount * config->bitDepth;
     const uint32_t cacheSize = config->bufferSize / 10;
     handle->cacheSize = cacheSize - cacheSize % frameBytes;
-    __android_log_print(ANDROID_LOG_INFO, kTagPop,
-                        "%s succeed, cache size = %u, buffer size = %u, OutputType = %d, "
-                        "format = %d",
-                        "CuttingEdgeFadeinoutInit", handle->cacheSize, config->bufferSize,
-                        config->outputType, config->format);
+    ORLUNE_LOGI(kTagPop,
+                "%s succeed, cache size = %u, buffer size = %u, OutputType = %d, "
+                "format = %d",
+                "CuttingEdgeFadeinoutInit", handle->cacheSize, config->bufferSize,
+                config->outputType, config->format);
     return handle;
 }
 
 bool FallingPopElim::InitValidityCheck(const ProcessConfig* config) {
     if (config == nullptr) {
-        __android_log_print(ANDROID_LOG_WARN, kTagPop, "Pointer is null");
+        ORLUNE_LOGW(kTagPop, "Pointer is null");
         return false;
     }
     if (config->bufferSize < 1 || config->bufferSize > kMaxConfigBufferSize) {
-        __android_log_print(ANDROID_LOG_ERROR, kTagPop, "Process buffer size is insufficient");
+        ORLUNE_LOGE(kTagPop, "Process buffer size is insufficient");
         return false;
     }
     if (config->channelCount != 1 && config->channelCount != 2) {
-        __android_log_print(ANDROID_LOG_ERROR, kTagPop, "Invalid channel count");
+        ORLUNE_LOGE(kTagPop, "Invalid channel count");
         return false;
     }
     if (config->bitDepth != 4) {
-        __android_log_print(ANDROID_LOG_ERROR, kTagPop, "Invalid sampling bit depth");
+        ORLUNE_LOGE(kTagPop, "Invalid sampling bit depth");
         return false;
     }
     return true;
@@ -106,28 +105,25 @@ bool FallingPopElim::SampleRateCheck(ProcessHandle* handle, unsigned size, unsig
     if (row->sampleRate == handle->sampleRate) {
         return true;
     }
-    __android_log_print(ANDROID_LOG_INFO, kTagPop, "Sample rate %u -> %u", handle->sampleRate,
-                        row->sampleRate);
+    ORLUNE_LOGI(kTagPop, "Sample rate %u -> %u", handle->sampleRate, row->sampleRate);
     ClearCachedBuffer(handle, clearSize);
     handle->sampleRate = row->sampleRate;
     handle->curBufferSize = size;
     // Rounded up to whole 32-bit samples here, unlike the whole frames of initialisation.
     handle->cacheSize = (size / 10 + 3) & ~3u;
-    __android_log_print(ANDROID_LOG_INFO, kTagPop, "Buffer size %u, cache size %u",
-                        handle->curBufferSize, handle->cacheSize);
+    ORLUNE_LOGI(kTagPop, "Buffer size %u, cache size %u", handle->curBufferSize, handle->cacheSize);
     return true;
 }
 
 int FallingPopElim::ClearCachedBuffer(ProcessHandle* handle, unsigned size) {
     if (handle == nullptr || handle->cache == nullptr) {
-        __android_log_print(ANDROID_LOG_ERROR, kTagPop, "%s:Invalid input pointer",
-                            "ClearCachedBuffer");
-        return -1000;
+        ORLUNE_LOGE(kTagPop, "%s:Invalid input pointer", "ClearCachedBuffer");
+        return -1000;  // the exported interface's code for a null handle or cache
     }
     // No cache this eliminator sets up is longer than a tenth of the largest block, so a larger
     // clear is refused rather than run past the caller's cache.
     if (memset_s(handle->cache, kPopCacheBytes, 0, size) != EOK) {
-        return -1001;
+        return -1001;  // its code for a clear the cache cannot take
     }
     return 0;
 }
@@ -137,7 +133,7 @@ int FallingPopElim::GetSampleValue(ProcessHandle* handle, unsigned index) {
         return 0;
     }
     if (handle->format != kFormatPcm32) {
-        __android_log_print(ANDROID_LOG_WARN, kTagPop, "Unsupported audio format");
+        ORLUNE_LOGW(kTagPop, "Unsupported audio format");
         return 0;
     }
     return index < BufferSamples(*handle) ? handle->buffer[index] : 0;
@@ -148,7 +144,7 @@ void FallingPopElim::SetSampleValue(ProcessHandle* handle, unsigned index, int v
         return;
     }
     if (handle->format != kFormatPcm32) {
-        __android_log_print(ANDROID_LOG_WARN, kTagPop, "Unsupported audio format");
+        ORLUNE_LOGW(kTagPop, "Unsupported audio format");
         return;
     }
     if (index < BufferSamples(*handle)) {

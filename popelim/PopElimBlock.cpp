@@ -1,8 +1,6 @@
 #include "popelim/PopElimBlock.h"
 
-#include <android/log.h>
-
-#include "effect/LogTags.h"
+#include "base/Log.h"
 #include "popelim/ChannelSamples.h"
 #include "popelim/EdgeFade.h"
 #include "popelim/EdgeSearch.h"
@@ -15,7 +13,7 @@ namespace {
 bool CopyOrLog(void* dest, uint32_t destMax, const void* src, uint32_t count) {
     const int ret = memcpy_s(dest, destMax, src, count);
     if (ret != EOK) {
-        __android_log_print(ANDROID_LOG_ERROR, kTagPop, "memcpy failed, ret = %d", ret);
+        ORLUNE_LOGE(kTagPop, "memcpy failed, ret = %d", ret);
         return false;
     }
     return true;
@@ -82,7 +80,7 @@ void SearchAndFadeStereo(int32_t* buffer, const ProcessHandle& handle, uint32_t 
 bool BlockPointersPresent(const ProcessHandle* handle, const void* input) {
     if (handle == nullptr || input == nullptr || handle->buffer == nullptr ||
         handle->cache == nullptr) {
-        __android_log_print(ANDROID_LOG_WARN, kTagPop, "Pointer is null");
+        ORLUNE_LOGW(kTagPop, "Pointer is null");
         return false;
     }
     return true;

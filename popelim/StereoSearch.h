@@ -6,12 +6,11 @@
 // same frames and log the same lines as FindRaisingEdgeIn and FindFallingEdgeIn.
 #pragma once
 
-#include <android/log.h>
 #include <stdint.h>
 #include <stdlib.h>
 #include <string.h>
 
-#include "effect/LogTags.h"
+#include "base/Log.h"
 #include "popelim/EdgeSearch.h"
 #include "popelim/ProcessTypes.h"
 
@@ -214,9 +213,8 @@ inline unsigned FindRaisingEdgeStereo(const ChannelFlags& flags, unsigned channe
                 continue;
             }
         }
-        __android_log_print(ANDROID_LOG_INFO, kTagPop,
-                            "raising edge fade in, pos = %u, value = %d, channel = %d", found, cur,
-                            static_cast<int>(channel));
+        ORLUNE_LOGI(kTagPop, "raising edge fade in, pos = %u, value = %d, channel = %d", found, cur,
+                    static_cast<int>(channel));
         return found;
     }
     return 0;
@@ -238,9 +236,8 @@ inline unsigned FindFallingEdgeStereo(const ChannelFlags& flags, unsigned channe
             const unsigned span = j - position;
             if ((span >= 10 && j == frames - 1 && span < 48) || span >= 47) {
                 const int reference = SampleLevel(data[2 * (position - 1)]);
-                __android_log_print(ANDROID_LOG_INFO, kTagPop,
-                                    "falling edge fade out, pos = %u, value = %d, channel = %d",
-                                    position, reference, static_cast<int>(channel));
+                ORLUNE_LOGI(kTagPop, "falling edge fade out, pos = %u, value = %d, channel = %d",
+                            position, reference, static_cast<int>(channel));
                 return position;
             }
         }

@@ -3,7 +3,7 @@
 #include <stdlib.h>
 #include <string.h>
 
-#include "effect/AlgoApi.h"
+#include "abi/AlgoApi.h"
 
 #define STANDIN_EXPORT extern "C" __attribute__((visibility("default")))
 

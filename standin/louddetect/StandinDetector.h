@@ -5,7 +5,7 @@
 
 #include <mutex>
 
-#include "lad/LoudDetector.h"
+#include "abi/LoudDetector.h"
 
 namespace lad_standin {
 

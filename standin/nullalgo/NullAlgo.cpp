@@ -3,7 +3,7 @@
 // block, without any signal processing. Host only; never shipped.
 #include <stdint.h>
 
-#include "effect/AlgoApi.h"
+#include "abi/AlgoApi.h"
 
 #define NULLALGO_EXPORT extern "C" __attribute__((visibility("default")))
 

@@ -14,7 +14,7 @@
 
 #include <gtest/gtest.h>
 
-#include "config/ConfigFile.h"
+#include "base/ConfigFile.h"
 #include "effect/orlune.h"
 #include "lad/LoudAbnormalDetecter.h"
 #include "tests/support/DeviceRoot.h"

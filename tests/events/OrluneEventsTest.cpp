@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "effect/LogTags.h"
+#include "base/Log.h"
 #include "events/OrluneEvent.h"
 #include "tests/events/EventText.h"
 #include "tests/events/FakeClock.h"

@@ -3,8 +3,8 @@
 // equaliser laid over the records.
 #include <iterator>
 
+#include "base/Log.h"
 #include "config/VirtualIds.h"
-#include "effect/LogTags.h"
 #include "tests/params/ParamsFixture.h"
 
 namespace {

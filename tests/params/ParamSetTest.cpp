@@ -1,7 +1,7 @@
 // The host's integer, float and string setters, and its key queries.
 #include <stdlib.h>
 
-#include "effect/LogTags.h"
+#include "base/Log.h"
 #include "tests/params/ParamsFixture.h"
 
 namespace {

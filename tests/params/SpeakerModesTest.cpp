@@ -1,7 +1,7 @@
 // Which tuning reaches the algorithm on the loudspeaker: the virtual id from fold state,
 // orientation, scene and volume level, the ring and alarm choice, the forced scenes, and the
 // words written on top of the records.
-#include "effect/LogTags.h"
+#include "base/Log.h"
 #include "tests/params/ParamsFixture.h"
 
 namespace {

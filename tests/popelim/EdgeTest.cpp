@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "effect/LogTags.h"
+#include "base/Log.h"
 #include "popelim/EdgeSearch.h"
 #include "popelim/RampDivider.h"
 #include "popelim/StereoSearch.h"

@@ -6,7 +6,7 @@
 #include <cstdlib>
 #include <vector>
 
-#include "effect/LogTags.h"
+#include "base/Log.h"
 #include "tests/popelim/PopElimTestUtil.h"
 #include "tests/support/LogCapture.h"
 

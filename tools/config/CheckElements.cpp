@@ -9,7 +9,7 @@
 #include <expat.h>
 #include <platform/device_fs.h>
 
-#include "config/ConfigFile.h"
+#include "base/ConfigFile.h"
 #include "config/ValueCountObserver.h"
 #include "effect/orlune.h"
 #include "tools/config/Checks.h"

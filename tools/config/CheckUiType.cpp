@@ -6,7 +6,7 @@
 
 #include <platform/device_fs.h>
 
-#include "config/ConfigFile.h"
+#include "base/ConfigFile.h"
 #include "config/ConfigPaths.h"
 #include "effect/orlune.h"
 #include "tools/config/Checks.h"

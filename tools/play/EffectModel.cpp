@@ -1,6 +1,6 @@
 #include "tools/play/EffectModel.h"
 
-#include "effect/BlockRules.h"
+#include "params/BlockRules.h"
 #include "params/ParamIds.h"
 
 void EffectModel::Apply(const ParamEvent& e) {

@@ -1,10 +1,10 @@
 // The instance's switches that no log line shows, followed from the parameters the harness
 // sets and from the lines it does see: output device, run-time enable, headphone selector, the
 // click remover's fade switch, the left/right swap cross-fade and the start-up output guard.
-// The rules themselves are the library's (effect/BlockRules.h).
+// The rules themselves are the library's (params/BlockRules.h).
 #pragma once
 
-#include "effect/BlockRules.h"
+#include "params/BlockRules.h"
 #include "tools/play/PlayOptions.h"
 
 class EffectModel {

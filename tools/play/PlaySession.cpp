@@ -11,7 +11,7 @@
 #include <chrono>
 #include <fstream>
 
-#include "effect/KivIoInfo.h"
+#include "abi/KivIoInfo.h"
 #include "effect/OutChannels.h"
 #include "params/ParamIds.h"
 #include "popelim/ProcessTypes.h"

@@ -8,7 +8,7 @@
 
 #include "config/NameLists.h"
 #include "config/VirtualIds.h"
-#include "effect/KivIoInfo.h"
+#include "abi/KivIoInfo.h"
 #include "popelim/ProcessTypes.h"
 #include "tools/play/EffectLog.h"
 #include "tools/play/HostAudio.h"

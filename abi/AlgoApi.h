@@ -5,18 +5,20 @@
 
 #include <stdint.h>
 
-#include "config/ParamRecords.h"
-#include "effect/KivIoInfo.h"
+#include "abi/AlgoRecords.h"
+#include "abi/KivIoInfo.h"
 
 constexpr const char* kAlgoLibName = "lib64orlune7_1.so";
 
+// The memory lent to the algorithm, in bytes. Fixed sizes: the sizes its size query reports are
+// only logged, and an algorithm that needs more is not supported.
 constexpr int kAlgoMemBanks = 3;
 constexpr int kAlgoMemSize0 = 20000;
 constexpr int kAlgoMemSize1 = 420000;
 constexpr int kAlgoMemSize2 = 150000;
-constexpr int kAlgoParamAreaSize = 130000;
-constexpr int kAlgoVersionBytes = 192;  // three texts of at most 64 bytes at 0, 64 and 128
-constexpr int kAlgoSizeWords = 8;       // the size query fills the first four
+constexpr int kAlgoParamAreaSize = 130000;  // third memory argument of Apply and SetPara
+constexpr int kAlgoVersionBytes = 192;      // three texts of at most 64 bytes at 0, 64 and 128
+constexpr int kAlgoSizeWords = 8;           // the size query fills the first four
 
 extern "C" {
 typedef int32_t (*AlgoInitFn)(void** memFirst, void** memSecond);

@@ -7,7 +7,7 @@
 #include <utils/RefBase.h>
 #include <utils/StrongPointer.h>
 
-#include "lad/LadReportInfo.h"
+#include "abi/LadReportInfo.h"
 
 namespace android {
 

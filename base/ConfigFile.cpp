@@ -1,4 +1,4 @@
-#include "config/ConfigFile.h"
+#include "base/ConfigFile.h"
 
 #include <errno.h>
 #include <fcntl.h>
@@ -8,7 +8,7 @@
 
 #include <platform/device_fs.h>
 
-#include "effect/LogTags.h"
+#include "base/Log.h"
 
 namespace {
 
@@ -99,7 +99,7 @@ ConfigFileOpen OpenConfigFile(const char* path, ConfigFileKind kind) {
     }
     close(fd);
     if (result.refused) {
-        ORLUNE_LOGE("config file %s refused: %s", path, result.reason);
+        ORLUNE_LOGE(kTagMobile, "config file %s refused: %s", path, result.reason);
     }
     return result;
 }
