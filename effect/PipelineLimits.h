@@ -11,7 +11,7 @@ namespace pipeline {
 constexpr int kStereoFrameSamples = kAlgoFrame * 2;  // one stereo algorithm frame: 960 samples
 constexpr int kEightChannelFrameSamples = kAlgoFrame * 8;
 constexpr int kTenChannelFrameSamples = kAlgoFrame * 10;
-constexpr int kAlgoSampleRate = 48000;     // the rate handed to the detector bridge with each frame
+constexpr int kAlgoSampleRate = 48000;  // the rate handed to the detector bridge with each frame
 
 // Largest valid outBufOffset: the output buffer's capacity, counted as half the buffer for
 // stereo output, less 1924 samples (481 four-channel frames, one algorithm frame and one more).
