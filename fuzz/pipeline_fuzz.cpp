@@ -185,26 +185,14 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
                 break;
             }
             case 3: {  // an integer parameter
-                static constexpr int kIds[] = {kIdWidenEnable,
-                                               kIdRingingState,
-                                               kIdOrientation,
-                                               kIdChannelSwap,
-                                               kIdStartGuard,
-                                               kIdMultiMovie,
-                                               kIdDeviceType,
-                                               kIdBtHeadsetType,
-                                               kIdWiredHeadsetType,
-                                               kIdHpModeUi0,
-                                               kIdHpSmartMode,
-                                               kIdEffectEnable,
-                                               kIdScene,
-                                               kIdHighTemp,
-                                               kIdSwapInhibit,
-                                               kIdVolumeIndexMusic,
-                                               kIdStartStream,
-                                               kIdStopStream,
-                                               kIdFoldState,
-                                               kIdPcmDump};
+                // clang-format off
+                static constexpr int kIds[] = {
+                        kIdWidenEnable, kIdRingingState, kIdOrientation, kIdChannelSwap,
+                        kIdStartGuard, kIdMultiMovie, kIdDeviceType, kIdBtHeadsetType,
+                        kIdWiredHeadsetType, kIdHpModeUi0, kIdHpSmartMode, kIdEffectEnable,
+                        kIdScene, kIdHighTemp, kIdSwapInhibit, kIdVolumeIndexMusic,
+                        kIdStartStream, kIdStopStream, kIdFoldState, kIdPcmDump};
+                // clang-format on
                 const int id = kIds[in.Byte() % (sizeof(kIds) / sizeof(int))];
                 int value = static_cast<int8_t>(in.Byte());
                 if (id == kIdPcmDump) {

@@ -1,16 +1,13 @@
 // Which tuning reaches the algorithm on headsets: the headphone mode and multichannel kind,
 // the scene modes of the newer UI, the fall-backs, and the headset-type words and custom
 // equaliser laid over the records.
-#include <iterator>
+#include <map>
+#include <set>
 
 #include "effect/LogTags.h"
 #include "tests/params/ParamsFixture.h"
 
 namespace {
-
-int HpKey(int index, int kind, int level) {
-    return index * 80 + kind * 20 + level;
-}
 
 class HeadphoneModesTest : public ParamsFixture {
 protected:
@@ -18,8 +15,8 @@ protected:
         ParamsFixture::SetUp();
         o->KivParamsSetInt(kIdDeviceType, 2);
         o->KivParamsSetInt(kIdWiredHeadsetType, kNoHeadsetTypeChange);
-        // Every mode key at the default level TWO names the real id 1000 + key.
-        for (int key = VOL_TWO; key <= HpKey(HP_CUSTOM, MULTI_MODE9, VOL_TWO); key += 20) {
+        // Every headphone id at the default level TWO names its own records.
+        for (int key = VOL_TWO; key < 9 * 80; key += 20) {
             AddMode(41000 + key, 1000 + key);
         }
         // Row r of the type table holds r * 0x100 + 0x10 + i: distinct per row and word, with
@@ -30,8 +27,6 @@ protected:
                     static_cast<int16_t>(i / kHpTypeRowWords * 0x100 + 0x10 + i % kHpTypeRowWords);
         }
     }
-    // The mode key of the records the algorithm received last.
-    static int LastKey() { return LastMainId() - 1000; }
 };
 
 TEST_F(HeadphoneModesTest, ModeAndKindFromTheSettingsAndTheChannels) {
@@ -59,6 +54,7 @@ TEST_F(HeadphoneModesTest, ModeAndKindFromTheSettingsAndTheChannels) {
             {1, 4, 0, 0, 8, 2, HP_CUSTOM, DEFAULT_MODE},
             {1, 9, 0, 0, 0, 2, HP_3D_OFF, DEFAULT_MODE},
     };
+    std::map<int, int> records;  // situation (index, kind) -> the records it reached
     for (const auto& c : cases) {
         SCOPED_TRACE(testing::Message() << "row " << &c - cases);
         SetUiType(static_cast<int16_t>(c.ui));
@@ -74,7 +70,8 @@ TEST_F(HeadphoneModesTest, ModeAndKindFromTheSettingsAndTheChannels) {
         o->mIoInfo.enable = 1;
         o->SetNsForHeadsetOrA2dp(c.channels);
         EXPECT_EQ(o->hpModeIndex * 10 + o->hpMultiKind, c.index * 10 + c.kind);
-        EXPECT_EQ(LastKey(), HpKey(c.index, c.kind, VOL_TWO));
+        records.emplace(c.index * 10 + c.kind, LastMainId());
+        EXPECT_EQ(records.at(c.index * 10 + c.kind), LastMainId());
         EXPECT_EQ(ExtWord(334) >> 8, c.channels);
         // Off: with the newer UI, index 0 and HP_GAME, which bypass the effect; else host mode
         // 2, and smart mode 1 in mode 0.
@@ -84,6 +81,11 @@ TEST_F(HeadphoneModesTest, ModeAndKindFromTheSettingsAndTheChannels) {
         EXPECT_EQ(o->mIoInfo.enable, c.ui == 1 && off ? 0 : 1);
         // Only the custom scene lays the equaliser over the records.
         EXPECT_EQ((MainWord(0) & 0x80) != 0, c.index == HP_CUSTOM);
+    }
+    // Each situation has records of its own.
+    std::set<int> distinct;
+    for (const auto& r : records) {
+        EXPECT_TRUE(distinct.insert(r.second).second) << "situation " << r.first;
     }
     EXPECT_EQ(LastCall().ext.words[339], 0);  // the speaker's volume word is left alone
     // Each block hands its records over; a mode is logged when it changes.
@@ -105,12 +107,13 @@ TEST_F(HeadphoneModesTest, MissingModesRefusalsAndFailuresAreLogged) {
                         kTagMobile, ANDROID_LOG_DEBUG))
             << log.Dump();
     AddMode(41081, 5000, false);
+    const int listen = LastMainId();
     o->SetNsForHeadsetOrA2dp(2);
     EXPECT_TRUE(
             log.Has("FindParamForHP 2153: HP do not find currentRealParamID or "
                     "currentRealParamExtID currentParamMode: 81 ",
                     kTagMobile, ANDROID_LOG_DEBUG));
-    EXPECT_EQ(LastKey(), HpKey(HP_3D_LISTEN, DEFAULT_MODE, VOL_TWO));
+    EXPECT_EQ(LastMainId(), listen);  // the dangling records did not reach the algorithm
     {
         TablesPin tables(*o);  // as a block holds them
         EXPECT_EQ(o->FindParamForHP(), -1);
@@ -123,7 +126,7 @@ TEST_F(HeadphoneModesTest, MissingModesRefusalsAndFailuresAreLogged) {
     o->SetNsForHeadsetOrA2dp(2);
     EXPECT_TRUE(log.Has("SetHP3DModeAndType error, hpMode = 9, headphone3dMode = 2", kTagMobile,
                         ANDROID_LOG_ERROR));
-    EXPECT_EQ(LastKey(), HpKey(HP_3D_LISTEN, DEFAULT_MODE, VOL_TWO));
+    EXPECT_EQ(LastMainId(), listen);
     o->KivParamsSetInt(kIdHpModeUi0, 1);
     o->KivParamsSetInt(kIdHp3dMode, 14);
     o->SetNsForHeadsetOrA2dp(8);  // 14 + 4
@@ -134,50 +137,6 @@ TEST_F(HeadphoneModesTest, MissingModesRefusalsAndFailuresAreLogged) {
     EXPECT_TRUE(log.Has("SetNsForHeadsetOrA2dp set parameter failed, ret = -3", kTagMobile,
                         ANDROID_LOG_ERROR));
     EXPECT_EQ(log.CountContaining("ALGOERRORCODE=-3.000000", "tova_view"), 1);
-}
-
-TEST_F(HeadphoneModesTest, RangeSettersFallBackAsymmetrically) {
-    // The two lower ranges fall back to 3D off, the two upper ones ignore the value.
-    const struct {
-        void (Orlune::*set)(unsigned short);
-        int mode, indexAndKind;
-    } cases[] = {{&Orlune::SetMultiMovieMode, 10, 22}, {&Orlune::SetMultiMovieMode, 13, 22},
-                 {&Orlune::SetMultiMode9, 12, 22},     {&Orlune::SetMultiMode9, 16, 43},
-                 {&Orlune::SetMultiMode, 4, 0},        {&Orlune::SetMultiMode, 5, 11},
-                 {&Orlune::SetNormalMode, 5, 0}};
-    for (const auto& c : cases) {
-        (o.get()->*c.set)(static_cast<unsigned short>(c.mode));
-        EXPECT_EQ(o->hpModeIndex * 10 + o->hpMultiKind, c.indexAndKind) << c.mode;
-    }
-}
-
-TEST_F(HeadphoneModesTest, TypeRowLandsOnItsWords) {
-    AudioOrluneMobilePara para;
-    AudioOrluneMobileParaExt ext;
-    std::fill(std::begin(para.words), std::end(para.words), static_cast<int16_t>(0xAB00));
-    std::fill(std::begin(ext.words), std::end(ext.words), static_cast<int16_t>(0xCD00));
-    auto words = [&](int first, int count) {
-        return std::vector<uint16_t>(para.words + first, para.words + first + count);
-    };
-    using W = std::vector<uint16_t>;
-    TablesPin tables(*o);  // as a block holds them
-    o->KivSetHPType(para, ext, 5);
-    // w[0] and w[5] are ORed with the old high byte; w[1..4] replace only the low byte.
-    EXPECT_EQ(words(116, 4), (W{0xAB00, 0xAF10, 0xAF10, 0xAB00}));
-    EXPECT_EQ(words(145, 6), (W{0xAB11, 0xAB12, 0xAB13, 0xAB14, 0xAF15, 0xAB00}));
-    EXPECT_EQ(words(157, 5), words(145, 5));
-    EXPECT_EQ(words(181, 6), (W{0x0516, 0x0517, 0x0518, 0x0519, 0x051A, 0xAB00}));
-    EXPECT_EQ(words(229, 6), (W{0x051B, 0x051C, 0x051D, 0x051E, 0x051F, 0xAB00}));
-    EXPECT_EQ(static_cast<uint16_t>(ext.words[334]), 0xCD05);
-    EXPECT_EQ(ext.lphTable, &Orlune::gLphConfig[5]);
-    // Types outside the table use row 3 and are written as 3.
-    const int rows[][3] = {{20, 3, 3}, {17, 17, 17}, {-2, 3, 3}};
-    for (const auto& r : rows) {
-        o->KivSetHPType(para, ext, static_cast<short>(r[0]));
-        EXPECT_EQ(words(181, 1)[0], r[1] * 0x100 + 0x16) << r[0];
-        EXPECT_EQ(ext.lphTable, &Orlune::gLphConfig[r[1]]) << r[0];
-        EXPECT_EQ(static_cast<uint16_t>(ext.words[334]), 0xCD00 + r[2]) << r[0];
-    }
 }
 
 TEST_F(HeadphoneModesTest, OverlaysReachTheAlgorithm) {
@@ -200,7 +159,7 @@ TEST_F(HeadphoneModesTest, OverlaysReachTheAlgorithm) {
     o->SetNsForHeadsetOrA2dp(2);
     EXPECT_EQ(ExtWord(334), 0x0209);
     // On Bluetooth its own type is laid over last, and its own index sets the level.
-    AddMode(41000 + HpKey(HP_3D_OFF, DEFAULT_MODE, VOL_FIVE), 7000);
+    AddMode(41005, 7000);  // 3D off, plain kind, level FIVE
     o->KivParamsSetInt(kIdDeviceType, 3);
     o->KivParamsSetInt(kIdBtHeadsetType, 20);
     o->KivParamsSetInt(kIdVolumeIndexBluetooth, 11);

@@ -187,16 +187,6 @@ protected:
     int runs = 0;
 };
 
-TEST_F(BrowserTest, NetworkLogShowsAPageRequest) {
-    // The check above must see a request when a page makes one (to a closed local port).
-    const std::string page = dir + "/fetching.html";
-    std::ofstream(page) << "<!DOCTYPE html><img src=\"http://127.0.0.1:9/x.png\">";
-    const std::string netLog = dir + "/net.json";
-    Chromium({"--screenshot=" + dir + "/x.png", "--log-net-log=" + netLog}, page);
-    const std::vector<std::string> urls = PageRequests(ReadFile(netLog));
-    EXPECT_EQ(std::vector<std::string>{"http://127.0.0.1:9/x.png"}, urls);
-}
-
 TEST_F(BrowserTest, PlayReportRendersWithItsEdgesAndTimeline) {
     const std::string page = dir + "/play.html";
     ASSERT_EQ(0, RunProgram({kBuild + "/bin/orlune-play", "--device-root", kSample, "--properties",
