@@ -1,6 +1,7 @@
 // Which tuning reaches the algorithm on headsets: the headphone mode and multichannel kind,
 // the scene modes of the newer UI, the fall-backs, and the headset-type words and custom
 // equaliser laid over the records.
+#include <iterator>
 #include <map>
 #include <set>
 
@@ -137,6 +138,36 @@ TEST_F(HeadphoneModesTest, MissingModesRefusalsAndFailuresAreLogged) {
     EXPECT_TRUE(log.Has("SetNsForHeadsetOrA2dp set parameter failed, ret = -3", kTagMobile,
                         ANDROID_LOG_ERROR));
     EXPECT_EQ(log.CountContaining("ALGOERRORCODE=-3.000000", "tova_view"), 1);
+}
+
+// The row of the headset type lands on the record's fixed word positions.
+TEST_F(HeadphoneModesTest, TypeRowLandsOnItsWords) {
+    AudioOrluneMobilePara para;
+    AudioOrluneMobileParaExt ext;
+    std::fill(std::begin(para.words), std::end(para.words), static_cast<int16_t>(0xAB00));
+    std::fill(std::begin(ext.words), std::end(ext.words), static_cast<int16_t>(0xCD00));
+    auto words = [&](int first, int count) {
+        return std::vector<uint16_t>(para.words + first, para.words + first + count);
+    };
+    using W = std::vector<uint16_t>;
+    TablesPin tables(*o);  // as a block holds them
+    o->KivSetHPType(para, ext, 5);
+    // w[0] and w[5] are ORed with the old high byte; w[1..4] replace only the low byte.
+    EXPECT_EQ(words(116, 4), (W{0xAB00, 0xAF10, 0xAF10, 0xAB00}));
+    EXPECT_EQ(words(145, 6), (W{0xAB11, 0xAB12, 0xAB13, 0xAB14, 0xAF15, 0xAB00}));
+    EXPECT_EQ(words(157, 5), words(145, 5));
+    EXPECT_EQ(words(181, 6), (W{0x0516, 0x0517, 0x0518, 0x0519, 0x051A, 0xAB00}));
+    EXPECT_EQ(words(229, 6), (W{0x051B, 0x051C, 0x051D, 0x051E, 0x051F, 0xAB00}));
+    EXPECT_EQ(static_cast<uint16_t>(ext.words[334]), 0xCD05);
+    EXPECT_EQ(ext.lphTable, &Orlune::gLphConfig[5]);
+    // Types outside the table use row 3 and are written as 3.
+    const int rows[][3] = {{20, 3, 3}, {17, 17, 17}, {-2, 3, 3}};
+    for (const auto& r : rows) {
+        o->KivSetHPType(para, ext, static_cast<short>(r[0]));
+        EXPECT_EQ(words(181, 1)[0], r[1] * 0x100 + 0x16) << r[0];
+        EXPECT_EQ(ext.lphTable, &Orlune::gLphConfig[r[1]]) << r[0];
+        EXPECT_EQ(static_cast<uint16_t>(ext.words[334]), 0xCD00 + r[2]) << r[0];
+    }
 }
 
 TEST_F(HeadphoneModesTest, OverlaysReachTheAlgorithm) {
