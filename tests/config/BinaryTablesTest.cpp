@@ -156,38 +156,6 @@ TEST(ConfigPointers, EachVisitedIdHangsItsSceneAndTheSharedTables) {
     EXPECT_EQ(Scene(0, 0), PublishedTables().gRealMapTableExt.at(0).twsTable1);
 }
 
-TEST(ConfigPointers, EveryVisitedIdIsLoggedOnceInVisitingOrder) {
-    {
-        ConfigUpdate update;
-        std::map<int32_t, RealParamIdStru>& map = update.Tables().gVituralMapTable;
-        map.clear();
-        map[41000] = RealParamIdStru{41, 42};  // no extended record 42
-        map[4000] = RealParamIdStru{41, 42};
-    }
-    LogCapture log;
-    Orlune::KivInitConfigPointer();
-    std::vector<LogLine> lines = log.Lines();
-    ASSERT_EQ(414u, lines.size());
-    const std::string hp = "KivInitConfigPointer HP do not find currentParamID currentParamMode: ";
-    const std::string spk =
-            "KivInitConfigPointer SPK do not find currentParamID currentParamMode: ";
-    // 36 headphone ids, then per fold state 63 portrait and 63 landscape speaker ids.
-    const std::pair<size_t, std::string> expected[] = {
-            {0, "KivInitConfigPointer HP do not currentRealParamExtID currentParamMode: 41000"},
-            {1, hp + "41001 "},
-            {35, hp + "41643 "},
-            {36, spk + "0"},
-            {36 + 63, spk + "400"},
-            {36 + 126,
-             "KivInitConfigPointer SPK do not find currentRealParamExtID currentParamMode: 4000"},
-            {413, spk + "8566"},
-    };
-    for (const auto& [line, message] : expected) {
-        EXPECT_EQ(message, lines[line].message) << "line " << line;
-        EXPECT_EQ(ANDROID_LOG_DEBUG, lines[line].priority);
-    }
-}
-
 TEST(Resolution, KeyZeroAnswersUntilTheFirstInstancePrunesIt) {
     using R = Orlune::Resolve;
     auto resolve = [](int id) { return Orlune::ResolveVirtualId(id, nullptr, nullptr, nullptr); };
