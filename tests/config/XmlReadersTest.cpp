@@ -76,41 +76,38 @@ TEST(ValueTokens, SplitAtEveryDelimiterAndReadLikeStrtolInBase16) {
     EXPECT_EQ((std::vector<std::string>{"1A", "FF", "0x10", "7", "8", "9", "a\vb"}),
               Split("{1A;FF}[0x10]=7\t8\n9\r ,a\vb,,;"));
     EXPECT_TRUE(Split(" ,;{}[]=\t\n\r").empty());
-    for (const std::string& t :
-         Split("0|ffff|10000|1ffff|8000|-1|-8000|+12|0x1G|ZZ|0x|0xg|x12|-|--1| 12|\v\f1|-0x10|"
-               "0X7fff|12zz|ffffffffffffffff|7fffffffffffffff|8000000000000000|-8000000000000000|"
-               "-8000000000000001|10000000000000000|-10000000000000000|00000000000000000000001",
-               "|")) {
-        EXPECT_EQ(Strtol16(t), HexToken(t.c_str())) << "token \"" << t << "\"";
-    }
+    // Edge cases, then random tokens: a token reads as strtol's low 16 bits, and fits when
+    // strtol's whole number is a 16-bit word, signed or unsigned.
+    std::vector<std::string> tokens =
+            Split("0|ffff|10000|-8000|-8001|+12|0x1G|0x|x12|--1| 12|\v\f1|-0x10|ffffffffffffffff|"
+                  "8000000000000000|-8000000000000001|10000000000000000|00000000000000000000001",
+                  "|");
     std::mt19937 rng(7);
     const std::string alphabet = "0123456789abcdefABCDEFxXgz+- \t";
     for (int i = 0; i < 20000; ++i) {
-        std::string token(1 + rng() % 20, ' ');
-        for (char& c : token) {
+        tokens.emplace_back(1 + rng() % 20, ' ');
+        for (char& c : tokens.back()) {
             c = alphabet[rng() % alphabet.size()];
         }
-        ASSERT_EQ(Strtol16(token), HexToken(token.c_str())) << "token \"" << token << "\"";
-        // A token fits when strtol's whole number is a 16-bit word, signed or unsigned.
+    }
+    for (const std::string& t : tokens) {
+        ASSERT_EQ(Strtol16(t), HexToken(t.c_str())) << "token \"" << t << "\"";
         errno = 0;
-        const long whole = strtol(token.c_str(), nullptr, 16);
-        ASSERT_EQ(errno == 0 && whole >= -0x8000 && whole <= 0xffff, HexTokenFits(token.c_str()))
-                << "token \"" << token << "\"";
+        const long whole = strtol(t.c_str(), nullptr, 16);
+        ASSERT_EQ(errno == 0 && whole >= -0x8000 && whole <= 0xffff, HexTokenFits(t.c_str()))
+                << "token \"" << t << "\"";
     }
 }
 
 TEST(ValueTokens, NumbersThatDoNotFitAreRefusedNotWrapped) {
     // Ids detect their base (octal after a leading 0) and must fit 32 bits.
-    const std::tuple<const char*, bool, int32_t> ids[] = {
-            {"010", true, 8},
-            {"08", true, 0},
-            {"-2147483648", true, INT32_MIN},
-            {"0x7fffffff", true, INT32_MAX},
-            {"2147483648", false, 0},
-            {"99999999999", false, 0},
-            {"-0x80000001", false, 0},
-            {"99999999999999999999999", false, 0},
-    };
+    const std::tuple<const char*, bool, int32_t> ids[] = {{"010", true, 8},
+                                                          {"08", true, 0},
+                                                          {"-2147483648", true, INT32_MIN},
+                                                          {"0x7fffffff", true, INT32_MAX},
+                                                          {"2147483648", false, 0},
+                                                          {"-0x80000001", false, 0},
+                                                          {"99999999999999999999999", false, 0}};
     for (const auto& [text, fits, want] : ids) {
         int32_t got = 0;
         EXPECT_EQ(fits, IntegerAttr(text, &got)) << text;
