@@ -151,6 +151,23 @@ TEST(ConfigPointers, EachVisitedIdHangsItsSceneAndTheSharedTables) {
     EXPECT_EQ(Scene(0, 0), PublishedTables().gRealMapTableExt.at(0).twsTable1);
 }
 
+TEST(ConfigPointers, ExactlyThePointerSetIdsGetTables) {
+    // Every id of the three speaker ranges and of the headphone range on a record of its own.
+    {
+        ConfigUpdate update;
+        for (int id = 0; id < 41720; id = id == 11999 ? 41000 : id + 1) {
+            update.Tables().gVituralMapTable[id] = RealParamIdStru{0, 200000 + id};
+            update.Tables().gRealMapTableExt[200000 + id] = AudioOrluneMobileParaExt{};
+        }
+    }
+    Orlune::KivInitConfigPointer();
+    int pointed = 0;
+    for (const auto& [id, ext] : PublishedTables().gRealMapTableExt) {
+        pointed += id >= 200000 && ext.twsTable1 != nullptr ? 1 : 0;
+    }
+    EXPECT_EQ(414, pointed);  // 36 headphone ids, 3 x 126 speaker ids
+}
+
 // The resolution itself is checked against the direct tables; key 0 is special: it answers
 // until the first instance prunes the built-in placeholders.
 TEST(Resolution, KeyZeroAnswersUntilTheFirstInstancePrunesIt) {

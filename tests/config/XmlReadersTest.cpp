@@ -224,6 +224,52 @@ TEST(VmapXml, FirstEntriesStayTheLastUiTypeWinsAndIncompleteElementsAreSkipped) 
               Tables().gHpMapTable.count("X") + Tables().gHpMapTable.count(std::string(3000, 'n')));
 }
 
+// The lines one element logs, as "priority message|" each; these lines are part of what the
+// library must keep unchanged.
+std::string LogsOf(StartHandler handler, const char* name, const std::vector<std::string>& attrs) {
+    LogCapture log;
+    Start(handler, name, attrs);
+    std::string out;
+    for (const LogLine& line : log.Lines()) {
+        EXPECT_EQ(kTag, line.tag);
+        out += std::to_string(line.priority) + " " + line.message + "|";
+    }
+    return out;
+}
+
+TEST(XmlReaders, EachKindOfElementLogsItsLines) {  // 4 info, 6 error
+    const StartHandler main = Orlune::StartElement, vmap = Orlune::StartElementMapTable;
+    const std::string noValues = "6 StartElement() paramPtr or elem is null, elemNum: 0|";
+    const std::tuple<StartHandler, const char*, std::vector<std::string>, std::string> cases[] = {
+            {main, "NV", {"ID", "41"}, "6 StartElement() attrValue is null|"},
+            {main, "NV", {"ID", "41", "PARAM_VALUE", "1"}, "4 XMLLengthCheck:41|4 attrIDValue:41|"},
+            {main, "NV", {"ID", "47", "PARAM_VALUE", HexList(513)}, "4 attrIDValue:47|"},
+            {main, "NV", {"ID", "45", "PARAM_VALUE", ""}, noValues + "4 attrIDValue:45|"},
+            {main,
+             "NV",
+             {"ID", "30160", "PARAM_VALUE", "6" + std::string(2999, ' ')},
+             "6 StartElement() strcpy_s fail|" + noValues},
+            {vmap,
+             "NV",
+             {"NUMID", "41000", "ID", "41", "EXTID", "42"},
+             "4 StartElementMapTable attrNUMIDValue:41000, attrIDValue:41, attrIDValue:42|"},
+            {vmap, "NV", {}, "6  StartElementMapTable() attrNUMID or attrID or attrEXTID is null|"},
+            {vmap, "CFG", {"NUMID", "0", "PARAM_VALUE", "{0x1}"}, "4 XMLLengthCheck:0|"},
+            {vmap, "CFG", {"NUMID", "1", "PARAM_VALUE", "5"}, "6 unsupport cfg id: 1|"},
+            {vmap, "CFG", {"PARAM_VALUE", "5"}, "6 XmlCfgParamParse cfgID is null|"},
+            {vmap, "CFG", {"NUMID", "0"}, "6 XmlCfgParamParse cfgValue is null|"},
+            {vmap, "HPMAP", {"NUMID", "1"}, "6 XmlHpMapParse cfgID is null|"},
+            {vmap, "HPMAP", {"NAME", "X"}, "6 XmlHpMapParse cfgValue is null|"},
+            {vmap,
+             "HPMAP",
+             {"NUMID", "4", "NAME", std::string(3000, 'n')},
+             "6 XmlHpMapParse strcpy_s fail|"},
+    };
+    for (const auto& [handler, name, attrs, lines] : cases) {
+        EXPECT_EQ(lines, LogsOf(handler, name, attrs)) << name;
+    }
+}
+
 TEST(XmlFiles, ElementsBeforeAParseErrorStayAndMissingFilesAreLogged) {
     DeviceRoot root;
     LogCapture log;
