@@ -8,19 +8,16 @@
 
 namespace {
 
-class VolumeLevels : public ::testing::Test {
-protected:
-    static void SetRaw(int first, std::initializer_list<int16_t> words) {
-        for (int16_t w : words) {
-            Orlune::gVolumeThrRaw[first++] = w;
-        }
+void SetRaw(int first, std::initializer_list<int16_t> words) {
+    for (int16_t w : words) {
+        Orlune::gVolumeThrRaw[first++] = w;
     }
-    std::unique_ptr<Orlune> o = std::make_unique<Orlune>();
-};
+}
 
 // A negative threshold word is an error of its row: logged, and that position is read as 0.
 // The word stays marked for every later parse, by any instance.
-TEST_F(VolumeLevels, NegativeWordIsLoggedAndReadAsZero) {
+TEST(VolumeLevels, NegativeWordIsLoggedAndReadAsZero) {
+    auto o = std::make_unique<Orlune>();
     SetRaw(1, {3, -5, 9, 11, 13, 15});  // MUSIC
     LogCapture log;
     o->ParseVolumeThr();
@@ -34,7 +31,8 @@ TEST_F(VolumeLevels, NegativeWordIsLoggedAndReadAsZero) {
     EXPECT_EQ(log.CountContaining("KivReadConfig volumeThrFixed error"), rows);
 }
 
-TEST_F(VolumeLevels, FirstThresholdAtOrAboveTheIndexDecides) {
+TEST(VolumeLevels, FirstThresholdAtOrAboveTheIndexDecides) {
+    auto o = std::make_unique<Orlune>();
     SetRaw(1, {3, 6, 9, 11, 13, 15});  // MUSIC, also RING
     SetRaw(7, {10, 2, 20, 0, 0, 30});  // GAME: not in order, taken as it is
     o->ParseVolumeThr();               // MOVIE stays all zero
