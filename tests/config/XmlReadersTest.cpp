@@ -179,53 +179,8 @@ TEST(MainXml, StagingRecordsPatchTheFrontAndExtraValuesAreDropped) {
     EXPECT_EQ(0x1234, Ext(0).words[0]);
 }
 
-TEST(MainXml, FirstIdWinsAndIncompleteElementsStoreNothing) {
-    Start(Orlune::StartElement, "NV", {"ID", "41"});
-    Start(Orlune::StartElement, "OTHER", {"ID", "41", "PARAM_VALUE", "1"});
-    StartMain("41", "11");
-    StartMain("41", "22");
-    StartMain("-3", "5");
-    StartMain("45", "");  // no values: the staging record as the second 41 left it
-    EXPECT_EQ(0x11, Main(41).words[0]);
-    EXPECT_EQ(0u, Tables().gRealMapTable.count(-3) + Tables().gRealMapTableExt.count(-3));
-    EXPECT_EQ(0x22, Main(45).words[0]);
-    // A value longer than the reader's copy leaves the table as it was.
-    const std::string fits = "5" + std::string(2998, ' ');
-    StartMain("30160", fits);
-    StartMain("30160", "6" + fits);
-    EXPECT_EQ(5, Orlune::gVolumeThrRaw[0]);
-}
-
-TEST(VmapXml, FirstEntriesStayTheLastUiTypeWinsAndIncompleteElementsAreSkipped) {
-    const std::vector<std::pair<const char*, std::vector<std::string>>> elements = {
-            {"NV", {"NUMID", "41000", "ID", "41", "EXTID", "42"}},
-            {"NV", {"NUMID", "0xA028", "ID", "43", "EXTID", "44"}},
-            {"NV", {"NUMID", "0", "ID", "41", "EXTID", "42"}},
-            {"NV", {"NUMID", "41001", "ID", "41"}},
-            {"CFG", {"NUMID", "0", "PARAM_VALUE", "{0x1}"}},
-            {"CFG", {"NUMID", "0", "PARAM_VALUE", "1F 2 3"}},
-            {"CFG", {"NUMID", "1", "PARAM_VALUE", "5"}},
-            {"CFG", {"NUMID", "0", "PARAM_VALUE", ";"}},
-            {"HPMAP", {"NUMID", "0x10", "NAME", "Lumen XE"}},
-            {"HPMAP", {"NUMID", "3", "NAME", "Lumen XE"}},
-            {"HPMAP", {"NAME", "X"}},
-            {"HPMAP", {"NUMID", "4", "NAME", std::string(3000, 'n')}}};
-    for (const auto& [name, attrs] : elements) {
-        Start(Orlune::StartElementMapTable, name, attrs);
-    }
-    EXPECT_EQ(41, Tables().gVituralMapTable.at(41000).ID);
-    EXPECT_EQ(42, Tables().gVituralMapTable.at(41000).EXTID);
-    EXPECT_EQ(0, Tables().gVituralMapTable.at(0).ID);  // the built-in key 0 blocks NUMID 0
-    EXPECT_EQ(0u, Tables().gVituralMapTable.count(41001));
-    EXPECT_EQ(0x1f, Tables().gUiType);
-    EXPECT_EQ(16, Tables().gHpMapTable.at("Lumen XE"));
-    EXPECT_EQ(0, Tables().gHpMapTable.at("DEFALUT"));
-    EXPECT_EQ(0u,
-              Tables().gHpMapTable.count("X") + Tables().gHpMapTable.count(std::string(3000, 'n')));
-}
-
-// The lines one element logs, as "priority message|" each; these lines are part of what the
-// library must keep unchanged.
+// The lines one element logs, as "priority message|" each (4 info, 6 error); these lines are
+// part of what the library must keep unchanged.
 std::string LogsOf(StartHandler handler, const char* name, const std::vector<std::string>& attrs) {
     LogCapture log;
     Start(handler, name, attrs);
@@ -237,27 +192,52 @@ std::string LogsOf(StartHandler handler, const char* name, const std::vector<std
     return out;
 }
 
-TEST(XmlReaders, EachKindOfElementLogsItsLines) {  // 4 info, 6 error
+std::string Mapped(const char* numId, const char* id, const char* extId) {
+    return std::string("4 StartElementMapTable attrNUMIDValue:") + numId + ", attrIDValue:" + id +
+           ", attrIDValue:" + extId + "|";
+}
+
+TEST(XmlElements, EachElementLogsItsLinesAndTheFirstEntryForAnIdStays) {
     const StartHandler main = Orlune::StartElement, vmap = Orlune::StartElementMapTable;
     const std::string noValues = "6 StartElement() paramPtr or elem is null, elemNum: 0|";
+    const std::string stored = "4 XMLLengthCheck:41|4 attrIDValue:41|";
+    const std::string fits = "5" + std::string(2998, ' ');
     const std::tuple<StartHandler, const char*, std::vector<std::string>, std::string> cases[] = {
             {main, "NV", {"ID", "41"}, "6 StartElement() attrValue is null|"},
-            {main, "NV", {"ID", "41", "PARAM_VALUE", "1"}, "4 XMLLengthCheck:41|4 attrIDValue:41|"},
-            {main, "NV", {"ID", "47", "PARAM_VALUE", HexList(513)}, "4 attrIDValue:47|"},
+            {main, "OTHER", {"ID", "41", "PARAM_VALUE", "1"}, ""},
+            {main, "NV", {"ID", "41", "PARAM_VALUE", "11"}, stored},
+            {main, "NV", {"ID", "41", "PARAM_VALUE", "22"}, stored},
+            {main, "NV", {"ID", "-3", "PARAM_VALUE", "5"}, noValues + "4 attrIDValue:-3|"},
+            // No values: the staging record as the second 41 left it.
             {main, "NV", {"ID", "45", "PARAM_VALUE", ""}, noValues + "4 attrIDValue:45|"},
+            // The length check steps by 512 values, past both records.
+            {main, "NV", {"ID", "47", "PARAM_VALUE", HexList(513)}, "4 attrIDValue:47|"},
+            {main, "NV", {"ID", "30160", "PARAM_VALUE", fits}, "4 XMLLengthCheck:30160|"},
             {main,
              "NV",
-             {"ID", "30160", "PARAM_VALUE", "6" + std::string(2999, ' ')},
+             {"ID", "30160", "PARAM_VALUE", "6" + fits},
              "6 StartElement() strcpy_s fail|" + noValues},
             {vmap,
              "NV",
              {"NUMID", "41000", "ID", "41", "EXTID", "42"},
-             "4 StartElementMapTable attrNUMIDValue:41000, attrIDValue:41, attrIDValue:42|"},
-            {vmap, "NV", {}, "6  StartElementMapTable() attrNUMID or attrID or attrEXTID is null|"},
+             Mapped("41000", "41", "42")},
+            {vmap,
+             "NV",
+             {"NUMID", "0xA028", "ID", "43", "EXTID", "44"},
+             Mapped("41000", "43", "44")},
+            {vmap, "NV", {"NUMID", "0", "ID", "41", "EXTID", "42"}, Mapped("0", "41", "42")},
+            {vmap,
+             "NV",
+             {"NUMID", "41001", "ID", "41"},
+             "6  StartElementMapTable() attrNUMID or attrID or attrEXTID is null|"},
             {vmap, "CFG", {"NUMID", "0", "PARAM_VALUE", "{0x1}"}, "4 XMLLengthCheck:0|"},
+            {vmap, "CFG", {"NUMID", "0", "PARAM_VALUE", "1F 2 3"}, ""},
             {vmap, "CFG", {"NUMID", "1", "PARAM_VALUE", "5"}, "6 unsupport cfg id: 1|"},
+            {vmap, "CFG", {"NUMID", "0", "PARAM_VALUE", ";"}, noValues},
             {vmap, "CFG", {"PARAM_VALUE", "5"}, "6 XmlCfgParamParse cfgID is null|"},
             {vmap, "CFG", {"NUMID", "0"}, "6 XmlCfgParamParse cfgValue is null|"},
+            {vmap, "HPMAP", {"NUMID", "0x10", "NAME", "Lumen XE"}, ""},
+            {vmap, "HPMAP", {"NUMID", "3", "NAME", "Lumen XE"}, ""},
             {vmap, "HPMAP", {"NUMID", "1"}, "6 XmlHpMapParse cfgID is null|"},
             {vmap, "HPMAP", {"NAME", "X"}, "6 XmlHpMapParse cfgValue is null|"},
             {vmap,
@@ -266,8 +246,21 @@ TEST(XmlReaders, EachKindOfElementLogsItsLines) {  // 4 info, 6 error
              "6 XmlHpMapParse strcpy_s fail|"},
     };
     for (const auto& [handler, name, attrs, lines] : cases) {
-        EXPECT_EQ(lines, LogsOf(handler, name, attrs)) << name;
+        EXPECT_EQ(lines, LogsOf(handler, name, attrs)) << name << " " << attrs.size();
     }
+    const ParamTableSet& t = Tables();
+    EXPECT_EQ(0x11, Main(41).words[0]);
+    EXPECT_EQ(0u, t.gRealMapTable.count(-3) + t.gRealMapTableExt.count(-3));
+    EXPECT_EQ(0x22, Main(45).words[0]);
+    EXPECT_EQ(5, Orlune::gVolumeThrRaw[0]);  // nothing of a value that did not fit
+    EXPECT_EQ(41, t.gVituralMapTable.at(41000).ID);
+    EXPECT_EQ(42, t.gVituralMapTable.at(41000).EXTID);
+    EXPECT_EQ(0, t.gVituralMapTable.at(0).ID);  // the built-in key 0 blocks NUMID 0
+    EXPECT_EQ(0u, t.gVituralMapTable.count(41001));
+    EXPECT_EQ(0x1f, t.gUiType);
+    EXPECT_EQ(16, t.gHpMapTable.at("Lumen XE"));
+    EXPECT_EQ(0, t.gHpMapTable.at("DEFALUT"));
+    EXPECT_EQ(0u, t.gHpMapTable.count("X") + t.gHpMapTable.count(std::string(3000, 'n')));
 }
 
 TEST(XmlFiles, ElementsBeforeAParseErrorStayAndMissingFilesAreLogged) {
