@@ -24,9 +24,6 @@ namespace {
 // for, and fails on request, touching only what the real one may touch.
 int32_t gApplyResult = 0;
 
-int32_t FuzzInit(void**, void**) {
-    return 0;
-}
 int32_t FuzzApply(void**, void**, void*, KivIoInfo* io) {
     int32_t* buf = io->inBuf;
     const int in = io->inChannels;
@@ -44,20 +41,6 @@ int32_t FuzzApply(void**, void**, void*, KivIoInfo* io) {
         }
     }
     return gApplyResult;
-}
-int32_t FuzzSetPara(void**, void*, const AudioOrluneMobilePara*, const AudioOrluneMobileParaExt*) {
-    return 0;
-}
-int32_t FuzzGetPara(void**, void*, AudioOrluneMobilePara*, AudioOrluneMobileParaExt*) {
-    return 0;
-}
-int32_t FuzzGetVersion(char* versions) {
-    memcpy(versions, "fuzz", 5);
-    return 0;
-}
-int32_t FuzzGetSize(int32_t* sizes, KivIoInfo*) {
-    sizes[0] = 0;
-    return 0;
 }
 
 // A private device root with a dump directory and a properties file the fuzzer rewrites.
@@ -98,24 +81,15 @@ void InstallTuning() {
     update.Tables().gRealMapTableExt[42] = AudioOrluneMobileParaExt{};
 }
 
-class Reader {
-public:
-    Reader(const uint8_t* data, size_t size) : mData(data), mSize(size) {}
-    bool Empty() const { return mPos >= mSize; }
-    uint8_t Byte() { return mPos < mSize ? mData[mPos++] : 0; }
+// Reads the input front to back, little-endian; zeros once it is used up.
+struct Reader {
+    const uint8_t* data;
+    size_t size;
+    size_t pos = 0;
+    bool Empty() const { return pos >= size; }
+    uint8_t Byte() { return pos < size ? data[pos++] : 0; }
     uint16_t U16() { return static_cast<uint16_t>(Byte() | (Byte() << 8)); }
     uint32_t U32() { return static_cast<uint32_t>(U16()) | (static_cast<uint32_t>(U16()) << 16); }
-    // Copies up to `n` bytes into `out` and fills the rest with a pattern.
-    void Fill(uint8_t* out, size_t n) {
-        for (size_t i = 0; i < n; ++i) {
-            out[i] = mPos < mSize ? mData[mPos++] : static_cast<uint8_t>(i * 37);
-        }
-    }
-
-private:
-    const uint8_t* mData;
-    size_t mSize;
-    size_t mPos = 0;
 };
 
 constexpr int kChannels[] = {2, 4, 6, 8, 10, 1, 3, 0, 12, -2};
@@ -150,17 +124,23 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     gApplyResult = 0;
 
     std::unique_ptr<Orlune> o(new Orlune());
-    o->mAlgoInit = FuzzInit;
+    o->mAlgoInit = [](void**, void**) { return 0; };
     o->mAlgoApply = FuzzApply;
-    o->mAlgoSetPara = FuzzSetPara;
-    o->mAlgoGetPara = FuzzGetPara;
-    o->mAlgoGetVersion = FuzzGetVersion;
-    o->mAlgoGetSize = FuzzGetSize;
+    o->mAlgoSetPara = [](void**, void*, const AudioOrluneMobilePara*,
+                         const AudioOrluneMobileParaExt*) { return 0; };
+    o->mAlgoGetPara = [](void**, void*, AudioOrluneMobilePara*, AudioOrluneMobileParaExt*) {
+        return 0;
+    };
+    o->mAlgoGetVersion = [](char* versions) {
+        memcpy(versions, "fuzz", 5);
+        return 0;
+    };
+    o->mAlgoGetSize = [](int32_t* sizes, KivIoInfo*) { return sizes[0] = 0; };
     o->initialised = 1;
     // The set-up call finds the algorithm bound and runs the rest of its steps.
     o->KivOutProcPlayInit();
 
-    Reader in(data, size);
+    Reader in{data, size};
     size_t framesUsed = 0;
     std::vector<uint8_t> buffer;
     while (!in.Empty() && framesUsed < kMaxFramesPerInput) {
@@ -174,10 +154,11 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
                 const int channels = kChannels[in.Byte() % (sizeof(kChannels) / sizeof(int))];
                 const audio_format_t format =
                         kFormats[in.Byte() % (sizeof(kFormats) / sizeof(kFormats[0]))];
+                // Up to 64 bytes from the input, a pattern built on them for the rest.
                 buffer.assign(HostBytes(frames, channels, format), 0);
-                in.Fill(buffer.data(), buffer.size() < 64 ? buffer.size() : 64);
-                for (size_t i = 64; i < buffer.size(); ++i) {
-                    buffer[i] = static_cast<uint8_t>(buffer[i % 64] + i);
+                for (size_t i = 0; i < buffer.size(); ++i) {
+                    buffer[i] = i < 64 ? (in.Empty() ? static_cast<uint8_t>(i * 37) : in.Byte())
+                                       : static_cast<uint8_t>(buffer[i % 64] + i);
                 }
                 o->KivOutProcPlaySamples(reinterpret_cast<short*>(buffer.data()), frames, channels,
                                          format);
@@ -185,26 +166,14 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
                 break;
             }
             case 3: {  // an integer parameter
-                static constexpr int kIds[] = {kIdWidenEnable,
-                                               kIdRingingState,
-                                               kIdOrientation,
-                                               kIdChannelSwap,
-                                               kIdStartGuard,
-                                               kIdMultiMovie,
-                                               kIdDeviceType,
-                                               kIdBtHeadsetType,
-                                               kIdWiredHeadsetType,
-                                               kIdHpModeUi0,
-                                               kIdHpSmartMode,
-                                               kIdEffectEnable,
-                                               kIdScene,
-                                               kIdHighTemp,
-                                               kIdSwapInhibit,
-                                               kIdVolumeIndexMusic,
-                                               kIdStartStream,
-                                               kIdStopStream,
-                                               kIdFoldState,
-                                               kIdPcmDump};
+                // clang-format off
+                static constexpr int kIds[] = {
+                        kIdWidenEnable, kIdRingingState, kIdOrientation, kIdChannelSwap,
+                        kIdStartGuard, kIdMultiMovie, kIdDeviceType, kIdBtHeadsetType,
+                        kIdWiredHeadsetType, kIdHpModeUi0, kIdHpSmartMode, kIdEffectEnable,
+                        kIdScene, kIdHighTemp, kIdSwapInhibit, kIdVolumeIndexMusic,
+                        kIdStartStream, kIdStopStream, kIdFoldState, kIdPcmDump};
+                // clang-format on
                 const int id = kIds[in.Byte() % (sizeof(kIds) / sizeof(int))];
                 int value = static_cast<int8_t>(in.Byte());
                 if (id == kIdPcmDump) {

@@ -3,7 +3,7 @@
 set -euo pipefail
 packages=(cmake g++ make pkg-config binutils libexpat1-dev android-liblog-dev android-libutils-dev
           libsafec-dev libsndfile1-dev libgtest-dev libgmock-dev libbenchmark-dev
-          clang-14 libclang-rt-14-dev libpng-dev)
+          clang-14 libclang-rt-14-dev libpng-dev jq)
 missing=()
 for p in "${packages[@]}"; do
     dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "install ok installed" || missing+=("$p")

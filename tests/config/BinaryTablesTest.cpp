@@ -75,13 +75,11 @@ TEST(ReadTWS, BothFilesOrNothingAndShortFilesStopAtTheirFirstMissingScene) {
 TEST(BinaryReaders, LengthMissingShortAndFullFiles) {
     DeviceRoot root;
     LogCapture log;
+    // A length other than the table's is refused.
     EXPECT_EQ(-1, Orlune::ReadTWS(Orlune::gTwsConfig, 4104));
     EXPECT_EQ(-1, Orlune::ReadSUR(Orlune::gX2BConfig, 2560));
     EXPECT_EQ(-1, Orlune::ReadLPH(Orlune::gLphConfig, 2052));
     EXPECT_EQ(-1, Orlune::ReadTEH(Orlune::gTehConfig, 9599));
-    for (const char* reader : {"ReadTWS", "ReadSUR", "ReadLPH", "ReadTEH"}) {
-        EXPECT_EQ(1, log.Count(std::string(reader) + ": length error", kTag, ANDROID_LOG_ERROR));
-    }
     // File, reader, table and its size, values in the file, the message and its priority.
     const std::tuple<const char*, std::function<int()>, const int16_t*, size_t, size_t, const char*,
                      int>
@@ -102,11 +100,8 @@ TEST(BinaryReaders, LengthMissingShortAndFullFiles) {
                      ANDROID_LOG_INFO},
             };
     for (const auto& [file, read, table, size, written, message, priority] : cases) {
-        EXPECT_EQ(-1, read()) << "missing " << file;
-    }
-    EXPECT_EQ(0, log.CountContaining("complete") + log.CountContaining("fread"));
-    for (const auto& [file, read, table, size, written, message, priority] : cases) {
         SCOPED_TRACE(message);
+        EXPECT_EQ(-1, read()) << "missing " << file;
         WriteTable(root, file, written);
         log.Clear();
         EXPECT_EQ(0, read());
@@ -156,59 +151,32 @@ TEST(ConfigPointers, EachVisitedIdHangsItsSceneAndTheSharedTables) {
     EXPECT_EQ(Scene(0, 0), PublishedTables().gRealMapTableExt.at(0).twsTable1);
 }
 
-TEST(ConfigPointers, EveryVisitedIdIsLoggedOnceInVisitingOrder) {
+TEST(ConfigPointers, ExactlyThePointerSetIdsGetTables) {
+    // Every id of the three speaker ranges and of the headphone range on a record of its own.
     {
         ConfigUpdate update;
-        std::map<int32_t, RealParamIdStru>& map = update.Tables().gVituralMapTable;
-        map.clear();
-        map[41000] = RealParamIdStru{41, 42};  // no extended record 42
-        map[4000] = RealParamIdStru{41, 42};
+        for (int id = 0; id < 41720; id = id == 11999 ? 41000 : id + 1) {
+            update.Tables().gVituralMapTable[id] = RealParamIdStru{0, 200000 + id};
+            update.Tables().gRealMapTableExt[200000 + id] = AudioOrluneMobileParaExt{};
+        }
     }
-    LogCapture log;
     Orlune::KivInitConfigPointer();
-    std::vector<LogLine> lines = log.Lines();
-    ASSERT_EQ(414u, lines.size());
-    const std::string hp = "KivInitConfigPointer HP do not find currentParamID currentParamMode: ";
-    const std::string spk =
-            "KivInitConfigPointer SPK do not find currentParamID currentParamMode: ";
-    // 36 headphone ids, then per fold state 63 portrait and 63 landscape speaker ids.
-    const std::pair<size_t, std::string> expected[] = {
-            {0, "KivInitConfigPointer HP do not currentRealParamExtID currentParamMode: 41000"},
-            {1, hp + "41001 "},
-            {35, hp + "41643 "},
-            {36, spk + "0"},
-            {36 + 63, spk + "400"},
-            {36 + 126,
-             "KivInitConfigPointer SPK do not find currentRealParamExtID currentParamMode: 4000"},
-            {413, spk + "8566"},
-    };
-    for (const auto& [line, message] : expected) {
-        EXPECT_EQ(message, lines[line].message) << "line " << line;
-        EXPECT_EQ(ANDROID_LOG_DEBUG, lines[line].priority);
+    int pointed = 0;
+    for (const auto& [id, ext] : PublishedTables().gRealMapTableExt) {
+        pointed += id >= 200000 && ext.twsTable1 != nullptr ? 1 : 0;
     }
+    EXPECT_EQ(414, pointed);  // 36 headphone ids, 3 x 126 speaker ids
 }
 
+// The resolution itself is checked against the direct tables; key 0 is special: it answers
+// until the first instance prunes the built-in placeholders.
 TEST(Resolution, KeyZeroAnswersUntilTheFirstInstancePrunesIt) {
-    using R = Orlune::Resolve;
     auto resolve = [](int id) { return Orlune::ResolveVirtualId(id, nullptr, nullptr, nullptr); };
     MapWithRecords(5, 7, 8);
-    {
-        ConfigUpdate update;
-        update.Tables().gVituralMapTable[6] = RealParamIdStru{7, 10};  // no extended record 10
-    }
-    EXPECT_EQ(R::Found, resolve(0));
-    EXPECT_EQ(R::NoVirtualId, resolve(1));
-    EXPECT_EQ(R::NoRealRecord, resolve(6));
-    RealParamIdStru ids{};
-    const AudioOrluneMobilePara* para = nullptr;
-    const AudioOrluneMobileParaExt* ext = nullptr;
-    EXPECT_EQ(R::Found, Orlune::ResolveVirtualId(5, &ids, &para, &ext));
-    EXPECT_EQ(8, ids.EXTID);
-    EXPECT_EQ(&PublishedTables().gRealMapTable.at(7), para);
-    EXPECT_EQ(&PublishedTables().gRealMapTableExt.at(8), ext);
+    EXPECT_EQ(Orlune::Resolve::Found, resolve(0));
     auto first = std::make_unique<Orlune>();
-    EXPECT_EQ(R::NoVirtualId, resolve(0));
-    EXPECT_EQ(R::Found, resolve(5));
+    EXPECT_EQ(Orlune::Resolve::NoVirtualId, resolve(0));
+    EXPECT_EQ(Orlune::Resolve::Found, resolve(5));
 }
 
 }  // namespace

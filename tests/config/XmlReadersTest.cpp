@@ -20,7 +20,6 @@ namespace {
 
 using StartHandler = void (*)(void*, const char*, const char**);
 const char* const kTag = "orlune_mobile";
-const std::string kNoValues = "StartElement() paramPtr or elem is null, elemNum: 0";
 
 // Calls an element handler as expat would, with name/value pairs.
 void Start(StartHandler handler, const char* name, const std::vector<std::string>& pairs) {
@@ -45,33 +44,6 @@ std::string HexList(int count, int first = 1) {
         out += word;
     }
     return out;
-}
-
-// Feeds elements to a handler and compares the lines each one logs, in order: the value-count
-// and record lines at info, every other line at error.
-struct ElementCase {
-    const char* name;
-    std::vector<std::string> attrs;
-    std::vector<std::string> lines;
-};
-
-void ExpectElementLogs(StartHandler handler, const std::vector<ElementCase>& cases) {
-    LogCapture log;
-    for (const ElementCase& c : cases) {
-        SCOPED_TRACE(std::string(c.name) + " " + (c.attrs.empty() ? "" : c.attrs[1].substr(0, 9)));
-        log.Clear();
-        Start(handler, c.name, c.attrs);
-        std::vector<std::string> got;
-        for (const LogLine& line : log.Lines()) {
-            got.push_back(line.message);
-            const bool info = line.message.rfind("XMLLengthCheck:", 0) == 0 ||
-                              line.message.rfind("attrIDValue:", 0) == 0 ||
-                              line.message.rfind("StartElementMapTable attr", 0) == 0;
-            EXPECT_EQ(info ? ANDROID_LOG_INFO : ANDROID_LOG_ERROR, line.priority) << line.message;
-            EXPECT_EQ(kTag, line.tag);
-        }
-        EXPECT_EQ(c.lines, got);
-    }
 }
 
 // Each element is published on its own: read the tables as they are now.
@@ -104,41 +76,38 @@ TEST(ValueTokens, SplitAtEveryDelimiterAndReadLikeStrtolInBase16) {
     EXPECT_EQ((std::vector<std::string>{"1A", "FF", "0x10", "7", "8", "9", "a\vb"}),
               Split("{1A;FF}[0x10]=7\t8\n9\r ,a\vb,,;"));
     EXPECT_TRUE(Split(" ,;{}[]=\t\n\r").empty());
-    for (const std::string& t :
-         Split("0|ffff|10000|1ffff|8000|-1|-8000|+12|0x1G|ZZ|0x|0xg|x12|-|--1| 12|\v\f1|-0x10|"
-               "0X7fff|12zz|ffffffffffffffff|7fffffffffffffff|8000000000000000|-8000000000000000|"
-               "-8000000000000001|10000000000000000|-10000000000000000|00000000000000000000001",
-               "|")) {
-        EXPECT_EQ(Strtol16(t), HexToken(t.c_str())) << "token \"" << t << "\"";
-    }
+    // Edge cases, then random tokens: a token reads as strtol's low 16 bits, and fits when
+    // strtol's whole number is a 16-bit word, signed or unsigned.
+    std::vector<std::string> tokens =
+            Split("0|ffff|10000|-8000|-8001|+12|0x1G|0x|x12|--1| 12|\v\f1|-0x10|ffffffffffffffff|"
+                  "8000000000000000|-8000000000000001|10000000000000000|00000000000000000000001",
+                  "|");
     std::mt19937 rng(7);
     const std::string alphabet = "0123456789abcdefABCDEFxXgz+- \t";
     for (int i = 0; i < 20000; ++i) {
-        std::string token(1 + rng() % 20, ' ');
-        for (char& c : token) {
+        tokens.emplace_back(1 + rng() % 20, ' ');
+        for (char& c : tokens.back()) {
             c = alphabet[rng() % alphabet.size()];
         }
-        ASSERT_EQ(Strtol16(token), HexToken(token.c_str())) << "token \"" << token << "\"";
-        // A token fits when strtol's whole number is a 16-bit word, signed or unsigned.
+    }
+    for (const std::string& t : tokens) {
+        ASSERT_EQ(Strtol16(t), HexToken(t.c_str())) << "token \"" << t << "\"";
         errno = 0;
-        const long whole = strtol(token.c_str(), nullptr, 16);
-        ASSERT_EQ(errno == 0 && whole >= -0x8000 && whole <= 0xffff, HexTokenFits(token.c_str()))
-                << "token \"" << token << "\"";
+        const long whole = strtol(t.c_str(), nullptr, 16);
+        ASSERT_EQ(errno == 0 && whole >= -0x8000 && whole <= 0xffff, HexTokenFits(t.c_str()))
+                << "token \"" << t << "\"";
     }
 }
 
 TEST(ValueTokens, NumbersThatDoNotFitAreRefusedNotWrapped) {
     // Ids detect their base (octal after a leading 0) and must fit 32 bits.
-    const std::tuple<const char*, bool, int32_t> ids[] = {
-            {"010", true, 8},
-            {"08", true, 0},
-            {"-2147483648", true, INT32_MIN},
-            {"0x7fffffff", true, INT32_MAX},
-            {"2147483648", false, 0},
-            {"99999999999", false, 0},
-            {"-0x80000001", false, 0},
-            {"99999999999999999999999", false, 0},
-    };
+    const std::tuple<const char*, bool, int32_t> ids[] = {{"010", true, 8},
+                                                          {"08", true, 0},
+                                                          {"-2147483648", true, INT32_MIN},
+                                                          {"0x7fffffff", true, INT32_MAX},
+                                                          {"2147483648", false, 0},
+                                                          {"-0x80000001", false, 0},
+                                                          {"99999999999999999999999", false, 0}};
     for (const auto& [text, fits, want] : ids) {
         int32_t got = 0;
         EXPECT_EQ(fits, IntegerAttr(text, &got)) << text;
@@ -151,22 +120,16 @@ TEST(ValueTokens, NumbersThatDoNotFitAreRefusedNotWrapped) {
     EXPECT_STREQ("10000;FFFF}", FirstUnfitToken("{0x10, 10000;FFFF}"));
 }
 
-TEST(MainXml, FixedTablesFillUpToTheirCapacityAndOnlyAShortListIsLogged) {
+TEST(MainXml, FixedTablesFillUpToTheirCapacity) {
     // 30182 first: a spill of 30181 past word 255 would overwrite what it wrote.
     using Table = const int16_t* (*)();
     const std::tuple<const char*, Table, int> tables[] = {
             {"30182", [] { return Tables().gParameterHpType + 256; }, 32},
             {"30181", [] { return Tables().gParameterHpType + 0; }, 256},
             {"30160", [] { return static_cast<const int16_t*>(Orlune::gVolumeThrRaw); }, 37}};
-    LogCapture log;
     for (const auto& [id, tableOf, capacity] : tables) {
         SCOPED_TRACE(id);
-        log.Clear();
-        StartMain(id, HexList(capacity, 0x100));
-        EXPECT_EQ(1, log.Count(std::string("XMLLengthCheck:") + id, kTag, ANDROID_LOG_INFO));
-        log.Clear();
-        StartMain(id, HexList(capacity + 3, 0x1000));  // 40 values for 30160: silently 37
-        EXPECT_EQ(0u, log.Lines().size()) << log.Dump();
+        StartMain(id, HexList(capacity + 3, 0x1000));  // 40 values for 30160: 37 kept
         EXPECT_EQ(0x1000, tableOf()[0]);
         EXPECT_EQ(0x1000 + capacity - 1, tableOf()[capacity - 1]);
         EXPECT_EQ(0u, Tables().gRealMapTable.count(atoi(id)) +
@@ -176,7 +139,7 @@ TEST(MainXml, FixedTablesFillUpToTheirCapacityAndOnlyAShortListIsLogged) {
     // 0x75D0 is 30160; tokens are hexadecimal with any delimiter, kept as their low 16 bits.
     StartMain("0x75D0", "{1A;FF}[0x10]=7\t8\n9\r0x1G,ZZ,0x8000,-1,ffff");
     // A value that is no 16-bit word, or an id beyond 32 bits, refuses the whole element.
-    log.Clear();
+    LogCapture log;
     StartMain("30160", "5,1FFFF");
     StartMain("99999999999", "5");
     EXPECT_EQ(1, log.Count("StartElement() PARAM_VALUE out of range: 1FFFF", kTag));
@@ -216,71 +179,88 @@ TEST(MainXml, StagingRecordsPatchTheFrontAndExtraValuesAreDropped) {
     EXPECT_EQ(0x1234, Ext(0).words[0]);
 }
 
-TEST(MainXml, LogLinesPerElement) {
+// The lines one element logs, as "priority message|" each (4 info, 6 error); these lines are
+// part of what the library must keep unchanged.
+std::string LogsOf(StartHandler handler, const char* name, const std::vector<std::string>& attrs) {
+    LogCapture log;
+    Start(handler, name, attrs);
+    std::string out;
+    for (const LogLine& line : log.Lines()) {
+        EXPECT_EQ(kTag, line.tag);
+        out += std::to_string(line.priority) + " " + line.message + "|";
+    }
+    return out;
+}
+
+std::string Mapped(const char* numId, const char* id, const char* extId) {
+    return std::string("4 StartElementMapTable attrNUMIDValue:") + numId + ", attrIDValue:" + id +
+           ", attrIDValue:" + extId + "|";
+}
+
+TEST(XmlElements, EachElementLogsItsLinesAndTheFirstEntryForAnIdStays) {
+    const StartHandler main = Orlune::StartElement, vmap = Orlune::StartElementMapTable;
+    const std::string noValues = "6 StartElement() paramPtr or elem is null, elemNum: 0|";
+    const std::string stored = "4 XMLLengthCheck:41|4 attrIDValue:41|";
     const std::string fits = "5" + std::string(2998, ' ');
-    const std::string attrNull = "StartElement() attrValue is null";
-    ExpectElementLogs(
-            Orlune::StartElement,
-            {{"NV", {}, {attrNull}},
-             {"NV", {"PARAM_VALUE", "1"}, {attrNull}},
-             {"NV", {"ID", "41"}, {attrNull}},
-             {"OTHER", {"ID", "41", "PARAM_VALUE", "1"}, {}},
-             {"NV", {"ID", "41", "PARAM_VALUE", "11"}, {"XMLLengthCheck:41", "attrIDValue:41"}},
-             {"NV", {"ID", "41", "PARAM_VALUE", "22"}, {"XMLLengthCheck:41", "attrIDValue:41"}},
-             {"NV", {"ID", "-3", "PARAM_VALUE", "5"}, {kNoValues, "attrIDValue:-3"}},
-             {"NV", {"ID", "45", "PARAM_VALUE", ""}, {kNoValues, "attrIDValue:45"}},
-             {"NV", {"ID", "30182", "PARAM_VALUE", " ,;{}[]=\t\n\r"}, {kNoValues}},
-             // The length check steps by 512 values, past both records.
-             {"NV",
-              {"ID", "43", "PARAM_VALUE", HexList(512)},
-              {"XMLLengthCheck:43", "attrIDValue:43"}},
-             {"NV", {"ID", "47", "PARAM_VALUE", HexList(513)}, {"attrIDValue:47"}},
-             {"NV", {"ID", "30160", "PARAM_VALUE", fits}, {"XMLLengthCheck:30160"}},
-             {"NV",
-              {"ID", "30160", "PARAM_VALUE", "6" + fits},
-              {"StartElement() strcpy_s fail", kNoValues}}});
-    EXPECT_EQ(0x11, Main(41).words[0]);  // the first element with an id wins
-    EXPECT_EQ(0u, Tables().gRealMapTable.count(-3) + Tables().gRealMapTableExt.count(-3));
-    EXPECT_EQ(0x22, Main(45).words[0]);      // no values: the staging record as 41 left it
+    const std::tuple<StartHandler, const char*, std::vector<std::string>, std::string> cases[] = {
+            {main, "NV", {"ID", "41"}, "6 StartElement() attrValue is null|"},
+            {main, "OTHER", {"ID", "41", "PARAM_VALUE", "1"}, ""},
+            {main, "NV", {"ID", "41", "PARAM_VALUE", "11"}, stored},
+            {main, "NV", {"ID", "41", "PARAM_VALUE", "22"}, stored},
+            {main, "NV", {"ID", "-3", "PARAM_VALUE", "5"}, noValues + "4 attrIDValue:-3|"},
+            // No values: the staging record as the second 41 left it.
+            {main, "NV", {"ID", "45", "PARAM_VALUE", ""}, noValues + "4 attrIDValue:45|"},
+            // The length check steps by 512 values, past both records.
+            {main, "NV", {"ID", "47", "PARAM_VALUE", HexList(513)}, "4 attrIDValue:47|"},
+            {main, "NV", {"ID", "30160", "PARAM_VALUE", fits}, "4 XMLLengthCheck:30160|"},
+            {main,
+             "NV",
+             {"ID", "30160", "PARAM_VALUE", "6" + fits},
+             "6 StartElement() strcpy_s fail|" + noValues},
+            {vmap,
+             "NV",
+             {"NUMID", "41000", "ID", "41", "EXTID", "42"},
+             Mapped("41000", "41", "42")},
+            {vmap,
+             "NV",
+             {"NUMID", "0xA028", "ID", "43", "EXTID", "44"},
+             Mapped("41000", "43", "44")},
+            {vmap, "NV", {"NUMID", "0", "ID", "41", "EXTID", "42"}, Mapped("0", "41", "42")},
+            {vmap,
+             "NV",
+             {"NUMID", "41001", "ID", "41"},
+             "6  StartElementMapTable() attrNUMID or attrID or attrEXTID is null|"},
+            {vmap, "CFG", {"NUMID", "0", "PARAM_VALUE", "{0x1}"}, "4 XMLLengthCheck:0|"},
+            {vmap, "CFG", {"NUMID", "0", "PARAM_VALUE", "1F 2 3"}, ""},
+            {vmap, "CFG", {"NUMID", "1", "PARAM_VALUE", "5"}, "6 unsupport cfg id: 1|"},
+            {vmap, "CFG", {"NUMID", "0", "PARAM_VALUE", ";"}, noValues},
+            {vmap, "CFG", {"PARAM_VALUE", "5"}, "6 XmlCfgParamParse cfgID is null|"},
+            {vmap, "CFG", {"NUMID", "0"}, "6 XmlCfgParamParse cfgValue is null|"},
+            {vmap, "HPMAP", {"NUMID", "0x10", "NAME", "Lumen XE"}, ""},
+            {vmap, "HPMAP", {"NUMID", "3", "NAME", "Lumen XE"}, ""},
+            {vmap, "HPMAP", {"NUMID", "1"}, "6 XmlHpMapParse cfgID is null|"},
+            {vmap, "HPMAP", {"NAME", "X"}, "6 XmlHpMapParse cfgValue is null|"},
+            {vmap,
+             "HPMAP",
+             {"NUMID", "4", "NAME", std::string(3000, 'n')},
+             "6 XmlHpMapParse strcpy_s fail|"},
+    };
+    for (const auto& [handler, name, attrs, lines] : cases) {
+        EXPECT_EQ(lines, LogsOf(handler, name, attrs)) << name << " " << attrs.size();
+    }
+    const ParamTableSet& t = Tables();
+    EXPECT_EQ(0x11, Main(41).words[0]);
+    EXPECT_EQ(0u, t.gRealMapTable.count(-3) + t.gRealMapTableExt.count(-3));
+    EXPECT_EQ(0x22, Main(45).words[0]);
     EXPECT_EQ(5, Orlune::gVolumeThrRaw[0]);  // nothing of a value that did not fit
-}
-
-std::string Mapped(int numId, int id, int extId) {
-    return "StartElementMapTable attrNUMIDValue:" + std::to_string(numId) +
-           ", attrIDValue:" + std::to_string(id) + ", attrIDValue:" + std::to_string(extId);
-}
-
-TEST(VmapXml, FirstEntriesStayTheLastUiTypeWinsAndRejectsAreLogged) {
-    const std::string noNumbers =
-            " StartElementMapTable() attrNUMID or attrID or attrEXTID is null";
-    ExpectElementLogs(
-            Orlune::StartElementMapTable,
-            {{"NV", {"NUMID", "41000", "ID", "41", "EXTID", "42"}, {Mapped(41000, 41, 42)}},
-             {"NV", {"NUMID", "0xA028", "ID", "43", "EXTID", "44"}, {Mapped(41000, 43, 44)}},
-             {"NV", {"NUMID", "0", "ID", "41", "EXTID", "42"}, {Mapped(0, 41, 42)}},
-             {"NV", {"NUMID", "41001", "ID", "41"}, {noNumbers}},
-             {"NV", {}, {noNumbers}},
-             {"CFG", {"NUMID", "0", "PARAM_VALUE", "{0x1}"}, {"XMLLengthCheck:0"}},
-             {"CFG", {"NUMID", "0", "PARAM_VALUE", "1F 2 3"}, {}},
-             {"CFG", {"NUMID", "1", "PARAM_VALUE", "5"}, {"unsupport cfg id: 1"}},
-             {"CFG", {"NUMID", "0", "PARAM_VALUE", ";"}, {kNoValues}},
-             {"CFG", {"PARAM_VALUE", "5"}, {"XmlCfgParamParse cfgID is null"}},
-             {"CFG", {"NUMID", "0"}, {"XmlCfgParamParse cfgValue is null"}},
-             {"HPMAP", {"NUMID", "0x10", "NAME", "Lumen XE"}, {}},
-             {"HPMAP", {"NUMID", "3", "NAME", "Lumen XE"}, {}},
-             {"HPMAP", {"NUMID", "1"}, {"XmlHpMapParse cfgID is null"}},
-             {"HPMAP", {"NAME", "X"}, {"XmlHpMapParse cfgValue is null"}},
-             {"HPMAP",
-              {"NUMID", "4", "NAME", std::string(3000, 'n')},
-              {"XmlHpMapParse strcpy_s fail"}}});
-    EXPECT_EQ(41, Tables().gVituralMapTable.at(41000).ID);
-    EXPECT_EQ(42, Tables().gVituralMapTable.at(41000).EXTID);
-    EXPECT_EQ(0, Tables().gVituralMapTable.at(0).ID);  // the built-in key 0 blocks NUMID 0
-    EXPECT_EQ(0u, Tables().gVituralMapTable.count(41001));
-    EXPECT_EQ(0x1f, Tables().gUiType);
-    EXPECT_EQ(16, Tables().gHpMapTable.at("Lumen XE"));
-    EXPECT_EQ(0, Tables().gHpMapTable.at("DEFALUT"));
-    EXPECT_EQ(0u, Tables().gHpMapTable.count("DEFAULT") + Tables().gHpMapTable.count("X"));
+    EXPECT_EQ(41, t.gVituralMapTable.at(41000).ID);
+    EXPECT_EQ(42, t.gVituralMapTable.at(41000).EXTID);
+    EXPECT_EQ(0, t.gVituralMapTable.at(0).ID);  // the built-in key 0 blocks NUMID 0
+    EXPECT_EQ(0u, t.gVituralMapTable.count(41001));
+    EXPECT_EQ(0x1f, t.gUiType);
+    EXPECT_EQ(16, t.gHpMapTable.at("Lumen XE"));
+    EXPECT_EQ(0, t.gHpMapTable.at("DEFALUT"));
+    EXPECT_EQ(0u, t.gHpMapTable.count("X") + t.gHpMapTable.count(std::string(3000, 'n')));
 }
 
 TEST(XmlFiles, ElementsBeforeAParseErrorStayAndMissingFilesAreLogged) {
@@ -308,11 +288,7 @@ TEST(XmlFiles, ElementsBeforeAParseErrorStayAndMissingFilesAreLogged) {
     EXPECT_EQ(42, Tables().gVituralMapTable.at(5).EXTID);
     EXPECT_EQ(2, Tables().gUiType);
     EXPECT_EQ(3, Tables().gHpMapTable.at("Lumen XE"));
-    EXPECT_EQ(1, log.Count("Read orlune config file /odm/etc/kiv/kiv_config.xml", kTag,
-                           ANDROID_LOG_INFO));
     EXPECT_EQ(1, log.Count("KivReadConfigFromXML status error", kTag, ANDROID_LOG_ERROR));
-    EXPECT_EQ(1, log.Count("Read orlune config vmap file /odm/etc/kiv/kiv_config_vmap.xml", kTag,
-                           ANDROID_LOG_INFO));
     EXPECT_EQ(1, log.Count("KivReadConfigTableFromXML status error", kTag, ANDROID_LOG_ERROR));
 }
 

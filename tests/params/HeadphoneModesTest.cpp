@@ -2,6 +2,8 @@
 // the scene modes of the newer UI, the fall-backs, and the headset-type words and custom
 // equaliser laid over the records.
 #include <iterator>
+#include <map>
+#include <set>
 
 #include "base/Log.h"
 #include "config/VirtualIds.h"
@@ -15,7 +17,7 @@ protected:
         ParamsFixture::SetUp();
         o->KivParamsSetInt(kIdDeviceType, 2);
         o->KivParamsSetInt(kIdWiredHeadsetType, kNoHeadsetTypeChange);
-        // Every mode key at the default level TWO names the real id 1000 + key.
+        // Every headphone id at the default level TWO names its own records.
         for (int key = VOL_TWO; key <= vid::HeadphoneKey(HP_CUSTOM, MULTI_MODE9, VOL_TWO);
              key += vid::kHeadphoneKindStride) {
             AddMode(vid::HeadphoneIdOfKey(key), 1000 + key);
@@ -28,8 +30,6 @@ protected:
                     static_cast<int16_t>(i / kHpTypeRowWords * 0x100 + 0x10 + i % kHpTypeRowWords);
         }
     }
-    // The mode key of the records the algorithm received last.
-    static int LastKey() { return LastMainId() - 1000; }
 };
 
 TEST_F(HeadphoneModesTest, ModeAndKindFromTheSettingsAndTheChannels) {
@@ -57,6 +57,7 @@ TEST_F(HeadphoneModesTest, ModeAndKindFromTheSettingsAndTheChannels) {
             {1, 4, 0, 0, 8, 2, HP_CUSTOM, DEFAULT_MODE},
             {1, 9, 0, 0, 0, 2, HP_3D_OFF, DEFAULT_MODE},
     };
+    std::map<int, int> records;  // situation (index, kind) -> the records it reached
     for (const auto& c : cases) {
         SCOPED_TRACE(testing::Message() << "row " << &c - cases);
         SetUiType(static_cast<int16_t>(c.ui));
@@ -72,7 +73,8 @@ TEST_F(HeadphoneModesTest, ModeAndKindFromTheSettingsAndTheChannels) {
         o->mIoInfo.enable = 1;
         o->SetNsForHeadsetOrA2dp(c.channels);
         EXPECT_EQ(o->hpModeIndex * 10 + o->hpMultiKind, c.index * 10 + c.kind);
-        EXPECT_EQ(LastKey(), vid::HeadphoneKey(c.index, c.kind, VOL_TWO));
+        records.emplace(c.index * 10 + c.kind, LastMainId());
+        EXPECT_EQ(records.at(c.index * 10 + c.kind), LastMainId());
         EXPECT_EQ(ExtWord(334) >> 8, c.channels);
         // Off: with the newer UI, index 0 and HP_GAME, which bypass the effect; else host mode
         // 2, and smart mode 1 in mode 0.
@@ -82,6 +84,11 @@ TEST_F(HeadphoneModesTest, ModeAndKindFromTheSettingsAndTheChannels) {
         EXPECT_EQ(o->mIoInfo.enable, c.ui == 1 && off ? 0 : 1);
         // Only the custom scene lays the equaliser over the records.
         EXPECT_EQ((MainWord(0) & 0x80) != 0, c.index == HP_CUSTOM);
+    }
+    // Each situation has records of its own.
+    std::set<int> distinct;
+    for (const auto& r : records) {
+        EXPECT_TRUE(distinct.insert(r.second).second) << "situation " << r.first;
     }
     EXPECT_EQ(LastCall().ext.words[339], 0);  // the speaker's volume word is left alone
     // Each block hands its records over; a mode is logged when it changes.
@@ -103,12 +110,13 @@ TEST_F(HeadphoneModesTest, MissingModesRefusalsAndFailuresAreLogged) {
                         kTagMobile, ANDROID_LOG_DEBUG))
             << log.Dump();
     AddMode(41081, 5000, false);
+    const int listen = LastMainId();
     o->SetNsForHeadsetOrA2dp(2);
     EXPECT_TRUE(
             log.Has("FindParamForHP 2153: HP do not find currentRealParamID or "
                     "currentRealParamExtID currentParamMode: 81 ",
                     kTagMobile, ANDROID_LOG_DEBUG));
-    EXPECT_EQ(LastKey(), vid::HeadphoneKey(HP_3D_LISTEN, DEFAULT_MODE, VOL_TWO));
+    EXPECT_EQ(LastMainId(), listen);  // the dangling records did not reach the algorithm
     {
         TablesPin tables(*o);  // as a block holds them
         EXPECT_EQ(o->FindParamForHP(), -1);
@@ -121,7 +129,7 @@ TEST_F(HeadphoneModesTest, MissingModesRefusalsAndFailuresAreLogged) {
     o->SetNsForHeadsetOrA2dp(2);
     EXPECT_TRUE(log.Has("SetHP3DModeAndType error, hpMode = 9, headphone3dMode = 2", kTagMobile,
                         ANDROID_LOG_ERROR));
-    EXPECT_EQ(LastKey(), vid::HeadphoneKey(HP_3D_LISTEN, DEFAULT_MODE, VOL_TWO));
+    EXPECT_EQ(LastMainId(), listen);
     o->KivParamsSetInt(kIdHpModeUi0, 1);
     o->KivParamsSetInt(kIdHp3dMode, 14);
     o->SetNsForHeadsetOrA2dp(8);  // 14 + 4
@@ -134,21 +142,7 @@ TEST_F(HeadphoneModesTest, MissingModesRefusalsAndFailuresAreLogged) {
     EXPECT_EQ(log.CountContaining("ALGOERRORCODE=-3.000000", "tova_view"), 1);
 }
 
-TEST_F(HeadphoneModesTest, RangeSettersFallBackAsymmetrically) {
-    // The two lower ranges fall back to 3D off, the two upper ones ignore the value.
-    const struct {
-        void (Orlune::*set)(unsigned short);
-        int mode, indexAndKind;
-    } cases[] = {{&Orlune::SetMultiMovieMode, 10, 22}, {&Orlune::SetMultiMovieMode, 13, 22},
-                 {&Orlune::SetMultiMode9, 12, 22},     {&Orlune::SetMultiMode9, 16, 43},
-                 {&Orlune::SetMultiMode, 4, 0},        {&Orlune::SetMultiMode, 5, 11},
-                 {&Orlune::SetNormalMode, 5, 0}};
-    for (const auto& c : cases) {
-        (o.get()->*c.set)(static_cast<unsigned short>(c.mode));
-        EXPECT_EQ(o->hpModeIndex * 10 + o->hpMultiKind, c.indexAndKind) << c.mode;
-    }
-}
-
+// The row of the headset type lands on the record's fixed word positions.
 TEST_F(HeadphoneModesTest, TypeRowLandsOnItsWords) {
     AudioOrluneMobilePara para;
     AudioOrluneMobileParaExt ext;

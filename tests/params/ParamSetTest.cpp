@@ -8,52 +8,15 @@ namespace {
 
 using ParamSetTest = ParamsFixture;
 
-// What each setter logs. Set again unchanged, a volume logs nothing beyond the entry line.
-TEST_F(ParamSetTest, SettersLogWhatTheyDo) {
-    setenv("ORLUNE_DEVICE_ROOT", "/nonexistent-device-root", 1);  // the reload finds no files
-    AddMode(0, 1);
-    o->mLadInfoIn = new android::LadReportInfo();
-    o->mLadInfoOut = new android::LadReportInfo();
-    const struct {
-        int id;
-        float value;
-        const char* message;
-        bool warning;
-    } cases[] = {{kIdDeviceType, 2, "KivParamsSetInt: Param 12 is set to 2", false},
-                 {29, 0, "KivParamsSetInt 1586: Invalid param 29 0", true},  // no such id
-                 {kIdVoiceEnhance, 0, "KivParamsSetInt 1586: Invalid param 48 0", true},
-                 {101, 0, "KivParamsSetInt 1586: Invalid param 101 0", true},  // no such id
-                 {kIdVolumeIndexAlarm, 9, "alarmVolumeIndex = 9, gIsAlarmMode:1", false},
-                 {kIdVolumeIndexRing, 4, "ringVolumeIndex = 4, gIsAlarmMode:0", false},
-                 {kIdVolumeIndexMusic, 8, "musicVolumeIndex = 8", false},
-                 {kIdVolumeIndexHeadphone, 3, "hpVolumeIndex = 3", false},
-                 {kIdVolumeIndexBluetooth, 2, "btVolumeIndex = 2", false},
-                 {kIdReloadConfig, 1, "kiv config is updated by pc tool", false},
-                 {kIdMasterVolume, 0.5f, "masterVolume = 0.500000", false},  // float ids
-                 {kIdTypeVolume, 0.25f, "typeVolume = 0.250000", false},
-                 {kIdClientVolume, 1.0f, "clientVolume = 1.000000", false}};
-    for (int round = 0; round < 2; ++round) {
-        for (const auto& c : cases) {
-            log.Clear();
-            const bool isFloat = c.id >= kIdMasterVolume && c.id <= kIdClientVolume;
-            isFloat ? o->KivParamsSetFloat(c.id, c.value)
-                    : o->KivParamsSetInt(c.id, static_cast<int>(c.value));
-            const bool onChange =
-                    isFloat || (c.id >= kIdVolumeIndexRing && c.id <= kIdVolumeIndexBluetooth);
-            EXPECT_EQ(log.Count(c.message, kTagMobile,
-                                c.warning ? ANDROID_LOG_WARN : ANDROID_LOG_INFO),
-                      round == 1 && onChange ? 0 : 1)
-                    << c.message << "\n"
-                    << log.Dump();
-        }
+// Ids the host has no handler for are logged as warnings and change nothing.
+TEST_F(ParamSetTest, UnknownIdsAreLoggedAndIgnored) {
+    for (int id : {29, static_cast<int>(kIdVoiceEnhance), 101}) {
+        o->KivParamsSetInt(id, 0);
+        EXPECT_TRUE(log.Has("KivParamsSetInt 1586: Invalid param " + std::to_string(id) + " 0",
+                            kTagMobile, ANDROID_LOG_WARN))
+                << log.Dump();
     }
-    unsetenv("ORLUNE_DEVICE_ROOT");
     EXPECT_EQ(Orlune::gVoiceEnhanceEnable, 1);  // kIdVoiceEnhance reaches no handler
-    EXPECT_FALSE(Orlune::gIsAlarmMode);         // the unchanged alarm index did not flip it back
-    EXPECT_TRUE(PublishedTables().gVituralMapTable.empty() &&
-                PublishedTables().gHpMapTable.empty());
-    o->SetKivHEQParam(kIdLoudRingMode, 1);  // not an equaliser id
-    EXPECT_TRUE(log.Has("invalid HEQ parameter 40", kTagMobile, ANDROID_LOG_WARN));
     log.Clear();
     o->KivParamsSetInt(kIdIgnored, 5);  // accepted and ignored
     EXPECT_EQ(log.Lines().size(), 1u) << log.Dump();

@@ -35,7 +35,9 @@ void WriteTestTuning(const DeviceRoot& root) {
 }
 
 PipelineHost::PipelineHost(const HostOptions& options) : mRoot(new DeviceRoot()) {
-    WriteTestTuning(*mRoot);
+    if (options.tuned) {
+        WriteTestTuning(*mRoot);
+    }
     mRoot->SetProperty("msc.brisel.config_channel_out", std::to_string(options.configChannelOut));
     EXPECT_NE(PreloadStandin(StandinPath("lib64orlune7_1.so")), nullptr);
     EXPECT_TRUE(mLibrary.Loaded());

@@ -18,16 +18,18 @@ constexpr audio_format_t kS16 = AUDIO_FORMAT_PCM_16_BIT;
 constexpr int kFrame = 480;  // frames per algorithm run
 constexpr int kPopDelayFrames = 48;
 
-// Writes the loudspeaker tuning (gain 1.5, stereo width 1.25) and maps every loudspeaker
-// volume level of the default situation to it.
+// Writes the loudspeaker tuning of HostOptions::tuned.
 void WriteTestTuning(const DeviceRoot& root);
 
 // A host with one effect instance, set up (KivOutProcPlayInit) with the stand-in algorithm
-// preloaded. With `enable`, ids 0 and 32 turn the effect on; id 12 picks `device`.
+// preloaded. With `enable`, ids 0 and 32 turn the effect on; id 12 picks `device`. With
+// `tuned` the loudspeaker's default situation gets gain 1.5 and stereo width 1.25; without it
+// no tuning reaches the stand-in, which then passes 16-bit samples through unchanged.
 struct HostOptions {
     bool enable = true;
     int device = 1;
     int configChannelOut = 2;  // "msc.brisel.config_channel_out"
+    bool tuned = true;
 };
 
 class PipelineHost {

@@ -9,6 +9,7 @@
 
 #include <atomic>
 #include <chrono>
+#include <functional>
 #include <random>
 #include <string>
 #include <thread>
@@ -108,50 +109,33 @@ int ChangeParameters(HostOrlune* effect, uint32_t seed, const std::atomic<bool>&
     std::mt19937 rng(seed);
     auto pick = [&](int n) { return static_cast<int>(rng() % static_cast<uint32_t>(n)); };
     int wrong = 0;
-    while (!stop) {
-        switch (pick(12)) {
-            case 0:
-                effect->KivParamsSetInt(12, 1 + pick(3));  // device
-                break;
-            case 1:
-                effect->KivParamsSetInt(35, pick(9));  // scene
-                break;
-            case 2:
-                effect->KivParamsSetInt(4, pick(2));  // orientation
-                break;
-            case 3:
-                effect->KivParamsSetInt(55, pick(3));  // fold state
-                break;
-            case 4:
-                effect->KivParamsSetInt(43 + pick(5), pick(16));  // volume indices
-                break;
-            case 5:
-                effect->KivParamsSetFloat(11, -static_cast<float>(pick(60)));  // volume dB
-                break;
-            case 6:
-                effect->KivParamsSetInt(5, pick(2));  // swap
-                break;
-            case 7:
-                effect->KivParamsSetString(54, kHeadsets[pick(3)]);
-                break;
-            case 8:
-                effect->KivParamsSetString(
-                        56, "[com.a.music, com.b.video" + std::to_string(pick(4)) + "]");
-                break;
-            case 9:
+    // Device, scene, orientation, fold state, volume indices and dB, swap, headset name,
+    // playing applications, detector volumes with a stream start or stop, and two queries.
+    const std::function<void()> changes[] = {
+            [&] { effect->KivParamsSetInt(12, 1 + pick(3)); },
+            [&] { effect->KivParamsSetInt(35, pick(9)); },
+            [&] { effect->KivParamsSetInt(4, pick(2)); },
+            [&] { effect->KivParamsSetInt(55, pick(3)); },
+            [&] { effect->KivParamsSetInt(43 + pick(5), pick(16)); },
+            [&] { effect->KivParamsSetFloat(11, -static_cast<float>(pick(60))); },
+            [&] { effect->KivParamsSetInt(5, pick(2)); },
+            [&] { effect->KivParamsSetString(54, kHeadsets[pick(3)]); },
+            [&] {
+                effect->KivParamsSetString(56, "[a.music, b.v" + std::to_string(pick(4)) + "]");
+            },
+            [&] {
                 effect->KivParamsSetFloat(57 + pick(3), static_cast<float>(pick(4)) / 4);
-                effect->KivParamsSetInt(51 + pick(2), 3);  // stream start or stop
-                break;
-            case 10:
-                wrong += effect->KivParamsGet(android::String8("EFFECT_ENABLE_STATE")) != "1";
-                break;
-            default: {
+                effect->KivParamsSetInt(51 + pick(2), 3);
+            },
+            [&] { wrong += effect->KivParamsGet(android::String8("EFFECT_ENABLE_STATE")) != "1"; },
+            [&] {
                 const std::string reply =
                         effect->KivParamsGet(android::String8("HP_TYPE;HIFIPARA")).c_str();
                 wrong += reply.find("HIFIPARA=STEREOWIDEN_Enable=true;HP_TYPE=") != 0;
-                break;
-            }
-        }
+            },
+    };
+    while (!stop) {
+        changes[pick(12)]();
         std::this_thread::sleep_for(std::chrono::microseconds(20));
     }
     return wrong;

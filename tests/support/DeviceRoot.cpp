@@ -156,10 +156,6 @@ std::string NvRecord(int32_t id, const std::vector<int>& values) {
     return "<NV ID=\"" + std::to_string(id) + "\" PARAM_VALUE=\"" + text + "\"/>";
 }
 
-std::string NvRaw(const std::string& id, const std::string& paramValue) {
-    return "<NV ID=\"" + id + "\" PARAM_VALUE=\"" + paramValue + "\"/>";
-}
-
 std::string NvMap(int32_t numId, int32_t id, int32_t extId) {
     return "<NV NUMID=\"" + std::to_string(numId) + "\" ID=\"" + std::to_string(id) +
            "\" EXTID=\"" + std::to_string(extId) + "\"/>";

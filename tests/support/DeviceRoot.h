@@ -73,8 +73,6 @@ private:
 // XML text builders for the two configuration files.
 // One "NV" element of the main file: ID and the values as 0x hexadecimal words.
 std::string NvRecord(int32_t id, const std::vector<int>& values);
-// One "NV" element of the main file with ID and PARAM_VALUE written as given.
-std::string NvRaw(const std::string& id, const std::string& paramValue);
 // One "NV" element of the virtual-map file.
 std::string NvMap(int32_t numId, int32_t id, int32_t extId);
 // Wraps elements into a root element with an XML declaration.

@@ -1,7 +1,4 @@
-// orlune-config on the generated sample device and on copies broken in one way each.
-#include <ctype.h>
-#include <stdio.h>
-#include <string.h>
+// orlune-config on the generated sample device and on copies broken in several independent ways.
 #include <sys/stat.h>
 #include <sys/wait.h>
 
@@ -26,9 +23,9 @@ const std::string kSample = std::string(ORLUNE_BINARY_DIR) + "/sample-device";
 const char* const kMain = "kiv_config.xml";
 const char* const kVmap = "kiv_config_vmap.xml";
 
-// Exit status of one run (124 when it hangs); its standard output goes to `out`.
-int RunTool(const std::string& args, std::string* out = nullptr) {
-    FILE* pipe = popen(("timeout -k 2 60 " + kTool + " " + args + " 2>/dev/null").c_str(), "r");
+// Exit status of one shell command (124 when the tool hangs); its standard output goes to `out`.
+int Shell(const std::string& command, std::string* out = nullptr) {
+    FILE* pipe = popen((command + " 2>/dev/null").c_str(), "r");
     char buf[4096];
     for (size_t n; pipe != nullptr && (n = fread(buf, 1, sizeof(buf), pipe)) > 0;) {
         if (out != nullptr) {
@@ -39,47 +36,11 @@ int RunTool(const std::string& args, std::string* out = nullptr) {
     return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
 }
 
-// Reads one JSON value at `p` strictly (no trailing commas, quoted keys) and skips it.
-bool JsonValue(const char*& p) {
-    p += strspn(p, " \t\r\n");
-    const char c = *p;
-    if (c == '{' || c == '[') {
-        const char close = c == '{' ? '}' : ']';
-        for (bool first = true;; first = false) {
-            p += 1 + strspn(p + 1, " \t\r\n");
-            if (first && *p == close) {
-                break;
-            }
-            if ((c == '{' && !(*p == '"' && JsonValue(p) && *p++ == ':')) || !JsonValue(p)) {
-                return false;
-            }
-            if (*p == close) {
-                break;
-            } else if (*p != ',') {
-                return false;
-            }
-        }
-        ++p;
-    } else if (c == '"') {
-        while (*++p != '"') {
-            if (static_cast<unsigned char>(*p) < 0x20 || (*p == '\\' && *++p == '\0')) {
-                return false;
-            }
-        }
-        ++p;
-    } else {
-        const char* word = c == 't' ? "true" : c == 'f' ? "false" : c == 'n' ? "null" : nullptr;
-        if (word != nullptr ? strncmp(p, word, strlen(word)) != 0
-                            : c != '-' && !isdigit(static_cast<unsigned char>(c))) {
-            return false;
-        }
-        p += word != nullptr ? strlen(word) : strspn(p, "-+.eE0123456789");
-    }
-    p += strspn(p, " \t\r\n");
-    return true;
+int RunTool(const std::string& args, std::string* out = nullptr) {
+    return Shell("timeout -k 2 60 " + kTool + " " + args, out);
 }
 
-// A copy of the sample device with its properties, to be broken in one way.
+// A copy of the sample device with its properties, to be broken.
 class ToolOnCopy : public ::testing::Test {
 protected:
     void SetUp() override {
@@ -101,7 +62,7 @@ protected:
         root.WriteKiv(name, text.replace(at, from.size(), to));
     }
     // Runs the tool on the copy: its exit status, the texts it must report, and that a --json
-    // report (and only that) parses as JSON.
+    // report parses as JSON.
     void Check(const std::string& options, int status, const std::vector<std::string>& parts) {
         std::string out;
         EXPECT_EQ(status,
@@ -110,8 +71,11 @@ protected:
         for (const std::string& part : parts) {
             EXPECT_NE(std::string::npos, out.find(part)) << part << "\n" << out.substr(0, 4000);
         }
-        const char* p = out.c_str();
-        EXPECT_EQ(options.find("--json") != std::string::npos, JsonValue(p) && *p == '\0');
+        if (options.find("--json") != std::string::npos) {
+            const std::string json = root.Path() + "/report.json";
+            std::ofstream(json) << out;
+            EXPECT_EQ(0, Shell("jq -e type " + json + " >/dev/null")) << "not JSON";
+        }
     }
     DeviceRoot root;
 };
@@ -126,59 +90,52 @@ TEST_F(ToolOnCopy, SampleDeviceResolvesEveryIdWithoutErrors) {
           {"speaker ids with table pointers: 378 of 378 resolve", "0 error(s), 0 warning(s)"});
 }
 
-TEST_F(ToolOnCopy, UnresolvedIdsAreNamedWithTheirCause) {
+TEST_F(ToolOnCopy, BrokenIdsRecordsAndElementsAreNamedWithTheirCause) {
     Edit(kVmap, "<NV NUMID=\"41000\" ID=\"3001\" EXTID=\"3600\"/>", "");
     Edit(kVmap, "<NV NUMID=\"4423\" ID=\"1021\"", "<NV NUMID=\"4423\" ID=\"9999\"");
-    Check("--json", 1,
-          {"\"pointer_set_resolved\": 412",
-           "virtual id 41000 (HEADPHONE_HP_3D_OFF_DEFAULT_MODE_LOW) is not in the virtual map",
-           "virtual id 4423 (SPEAKER_FULL_LANDSCAPE_GAME_THREE) maps to ID 9999 / EXTID 1202, but "
-           "ID 9999 has no main record"});
-}
-
-TEST_F(ToolOnCopy, ExtraHeadphoneIdOnARecordWithoutTables) {
-    Edit(kMain, "</kiv_config>",
-         "<NV ID=\"5000\" PARAM_VALUE=\"" + std::string(355, ',') + "0\"/></kiv_config>");
+    // An extra headphone id on a record that no pointer-set id reaches, so it has no tables.
     Edit(kVmap, "NUMID=\"41006\" ID=\"3013\" EXTID=\"3600\"",
          "NUMID=\"41006\" ID=\"3013\" EXTID=\"5000\"");
-    Check("--json", 1,
-          {"virtual id 41006 (HEADPHONE_HP_3D_OFF_DEFAULT_MODE_LOUD) reaches EXTID 5000, which no "
-           "pointer-set id reaches"});
-}
-
-TEST_F(ToolOnCopy, DroppedDuplicatesShortAndLongValueLists) {
+    Edit(kVmap, "</kiv_config_vmap>", "<NV NUMID=\"0\" ID=\"1\" EXTID=\"2\"/></kiv_config_vmap>");
     std::string list;
     for (int i = 0; i < 425; ++i) {
         list += "7,";
     }
     Edit(kMain, "</kiv_config>",
-         "<NV ID=\"1001\" PARAM_VALUE=\"1\"/><NV ID=\"5001\" PARAM_VALUE=\"{1,2,3}\"/><NV "
-         "ID=\"5005\" PARAM_VALUE=\"" +
+         "<NV ID=\"5000\" PARAM_VALUE=\"" + std::string(355, ',') +
+                 "0\"/><NV ID=\"1001\" PARAM_VALUE=\"1\"/><NV ID=\"5001\" "
+                 "PARAM_VALUE=\"{1,2,3}\"/><NV ID=\"5005\" PARAM_VALUE=\"" +
                  list + "\"/></kiv_config>");
-    Edit(kVmap, "</kiv_config_vmap>", "<NV NUMID=\"0\" ID=\"1\" EXTID=\"2\"/></kiv_config_vmap>");
+    root.SetUiTypeNode("1\n");
     Check("--json", 1,
-          {"main XML: 1 later element(s) with ID 1001 dropped",
+          {"\"pointer_set_resolved\": 412",
+           "virtual id 41000 (HEADPHONE_HP_3D_OFF_DEFAULT_MODE_LOW) is not in the virtual map",
+           "virtual id 4423 (SPEAKER_FULL_LANDSCAPE_GAME_THREE) maps to ID 9999 / EXTID 1202, but "
+           "ID 9999 has no main record",
+           "virtual id 41006 (HEADPHONE_HP_3D_OFF_DEFAULT_MODE_LOUD) reaches EXTID 5000, which no "
+           "pointer-set id reaches",
+           "main XML: 1 later element(s) with ID 1001 dropped",
            "virtual-map XML: NUMID 0 -> ID 1 / EXTID 2 dropped",
            "main XML: ID 5001 gives 3 of 419 words; words 3..418 keep the previous odd element's",
-           "main XML: ID 5005 gives 425 values; the 6 beyond its 419 words are dropped"});
+           "main XML: ID 5005 gives 425 values; the 6 beyond its 419 words are dropped",
+           "UI type 0 of the virtual-map XML differs from the device tree's 1"});
 }
 
-TEST_F(ToolOnCopy, NegativeAndUnorderedThresholds) {
+TEST_F(ToolOnCopy, ThresholdsTablesAndSyntaxErrors) {
     Edit(kMain, "0xf,0x2,0x5,0x8", "0xf,0x2,0xfffe,0x8");
     Edit(kMain, "0x3,0x6,0x9,0xb,0xd,0xf,0x4", "0x3,0x6,0x9,0x5,0xd,0xf,0x4");
-    Check("", 1,
-          {"error: volume thresholds GAME (2 -2 8 10 12 14): position 1 is negative and becomes 0 "
-           "(GAME and GAME_HIGH_TEMP)",
-           "error: volume thresholds MOVIE (3 6 9 5 13 15) do not ascend"});
-}
-
-TEST_F(ToolOnCopy, MissingAndWrongSizedTables) {
+    Edit(kVmap, "<NV NUMID=\"8566\"", "<NV NUMID=\"8566\" <");
     root.Remove("/odm/etc/kiv/sur_config.bin");
     root.Remove("/odm/etc/kiv/tws_config2.bin");
     fs::resize_file(root.HostPath("/odm/etc/kiv/teh_config.bin"), 19000);
     fs::resize_file(root.HostPath("/odm/etc/kiv/ascconfig1.bin"), 5000);
     Check("", 1,
-          {"error: sur_config.bin is missing", "error: tws_config1.bin is not read either",
+          {"error: volume thresholds GAME (2 -2 8 10 12 14): position 1 is negative and becomes 0 "
+           "(GAME and GAME_HIGH_TEMP)",
+           "error: volume thresholds MOVIE (3 6 9 5 13 15) do not ascend",
+           "error: virtual-map XML /odm/etc/kiv/kiv_config_vmap.xml: syntax error at line 393",
+           "speaker ids with table pointers: 377 of 378 resolve",
+           "error: sur_config.bin is missing", "error: tws_config1.bin is not read either",
            "error: /odm/etc/kiv/teh_config.bin is 19000 bytes, expected 19200",
            "error: /odm/etc/kiv/ascconfig1.bin is 5000 bytes, expected 4106"});
 }
@@ -197,18 +154,6 @@ TEST_F(ToolOnCopy, RefusedFilesAreToldFromMissingOnesWithTheLibrarysReason) {
            "error: /odm/etc/kiv/sur_config.bin refused: a directory, not a regular file",
            "error: /odm/etc/kiv/lph_config.bin refused: a character device, not a regular file",
            "warning: msc.brisel.config_channel_out is 3, neither 2 nor 4"});
-}
-
-TEST_F(ToolOnCopy, UiTypeThatDiffersFromTheDeviceTree) {
-    root.SetUiTypeNode("1\n");
-    Check("--json", 1, {"UI type 0 of the virtual-map XML differs from the device tree's 1"});
-}
-
-TEST_F(ToolOnCopy, SyntaxErrorIsPlaced) {
-    Edit(kVmap, "<NV NUMID=\"8566\"", "<NV NUMID=\"8566\" <");
-    Check("", 1,
-          {"error: virtual-map XML /odm/etc/kiv/kiv_config_vmap.xml: syntax error at line 393",
-           "speaker ids with table pointers: 377 of 378 resolve"});
 }
 
 TEST_F(ToolOnCopy, ProductSpecificOverTheAirAndRegionChoices) {

@@ -23,22 +23,11 @@ namespace fs = std::filesystem;
 const std::string kBuild = ORLUNE_BINARY_DIR;
 const std::string kSample = kBuild + "/sample-device";
 
-std::string Quote(const std::string& arg) {
-    std::string out = "'";
-    for (char c : arg) {
-        out += c == '\'' ? std::string("'\\''") : std::string(1, c);
-    }
-    return out + "'";
-}
-
-// The one place where the tests start programs: a built program (`built`) would get an
-// emulator prefix here when the tests run on another architecture. Standard output goes to
-// `out`; the exit status is returned.
-int RunProgram(const std::vector<std::string>& argv, bool built, std::string* out = nullptr) {
-    (void)built;
+// Runs a program (arguments quoted for the shell); its standard output goes to `out`.
+int RunProgram(const std::vector<std::string>& argv, std::string* out = nullptr) {
     std::string command;
     for (const std::string& a : argv) {
-        command += (command.empty() ? "" : " ") + Quote(a);
+        command += " '" + a + "'";  // no test path holds a quote
     }
     FILE* pipe = popen((command + " 2>/dev/null").c_str(), "r");
     char buf[65536];
@@ -52,12 +41,10 @@ int RunProgram(const std::vector<std::string>& argv, bool built, std::string* ou
 }
 
 std::string Browser() {
-    for (const char* name : {"chromium", "chromium-headless-shell", "chromium-browser"}) {
-        for (const char* dir : {"/usr/bin/", "/usr/lib/chromium/", "/usr/local/bin/"}) {
-            const std::string path = std::string(dir) + name;
-            if (access(path.c_str(), X_OK) == 0) {
-                return path;
-            }
+    for (const char* path : {"/usr/bin/chromium", "/usr/bin/chromium-headless-shell",
+                             "/usr/lib/chromium/chromium", "/usr/bin/chromium-browser"}) {
+        if (access(path, X_OK) == 0) {
+            return path;
         }
     }
     return "";
@@ -156,7 +143,7 @@ protected:
         argv.insert(argv.end(), extra.begin(), extra.end());
         argv.push_back("file://" + page);
         std::string out;
-        RunProgram(argv, false, &out);
+        RunProgram(argv, &out);
         return out;
     }
     // Renders `page`: screenshot, DOM and network log; checks what every page must satisfy.
@@ -187,23 +174,12 @@ protected:
     int runs = 0;
 };
 
-TEST_F(BrowserTest, NetworkLogShowsAPageRequest) {
-    // The check above must see a request when a page makes one (to a closed local port).
-    const std::string page = dir + "/fetching.html";
-    std::ofstream(page) << "<!DOCTYPE html><img src=\"http://127.0.0.1:9/x.png\">";
-    const std::string netLog = dir + "/net.json";
-    Chromium({"--screenshot=" + dir + "/x.png", "--log-net-log=" + netLog}, page);
-    const std::vector<std::string> urls = PageRequests(ReadFile(netLog));
-    EXPECT_EQ(std::vector<std::string>{"http://127.0.0.1:9/x.png"}, urls);
-}
-
 TEST_F(BrowserTest, PlayReportRendersWithItsEdgesAndTimeline) {
     const std::string page = dir + "/play.html";
     ASSERT_EQ(0, RunProgram({kBuild + "/bin/orlune-play", "--device-root", kSample, "--properties",
                              kSample + "/sample.properties", "--set", "51=3", "--at", "1:35=1",
                              "--at", "2:12=2", "--report", page, kBuild + "/sample-input.wav",
-                             dir + "/out.wav"},
-                            true));
+                             dir + "/out.wav"}));
     const std::string dom = Render(page);
     for (const char* label :
          {"orlune-play report", "Signal", "Timeline", "Click remover edges", "Loud-output detector",
@@ -220,8 +196,7 @@ TEST_F(BrowserTest, PlayReportRendersWithItsEdgesAndTimeline) {
 TEST_F(BrowserTest, ConfigReportRendersTheWholeTuningSpace) {
     const std::string page = dir + "/config.html";
     ASSERT_EQ(0, RunProgram({kBuild + "/bin/orlune-config", "--properties",
-                             kSample + "/sample.properties", "--report", page, kSample},
-                            true));
+                             kSample + "/sample.properties", "--report", page, kSample}));
     const std::string dom = Render(page);
     for (const char* label : {"orlune-config report", "Files chosen", "Tuning space",
                               "loudspeaker, FOLDED", "loudspeaker, HALF_FOLDED", "headphones",
