@@ -26,10 +26,6 @@ void HostLibrary::Delete(void* instance) const {
     }
 }
 
-void* HostLibrary::Symbol(const char* name) const {
-    return mHandle != nullptr ? dlsym(mHandle, name) : nullptr;
-}
-
 void* PreloadStandin(const std::string& path) {
     return dlopen(path.c_str(), RTLD_NOW | RTLD_GLOBAL);
 }

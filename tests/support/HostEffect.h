@@ -38,7 +38,6 @@ public:
     bool Loaded() const { return mHandle != nullptr; }
     HostOrlune* Create() const;
     void Delete(void* instance) const;
-    void* Symbol(const char* name) const;
 
 private:
     void* mHandle = nullptr;
