@@ -36,11 +36,6 @@ const char* const kHeadsets[] = {"Vardo BX71", "Lumen XE", "unknown headset"};
 
 // Every speaker and headphone situation the parameter threads can reach names records 41/42.
 void WriteUniformTuning(const DeviceRoot& root) {
-    std::vector<int> main(401, 0);
-    main[400] = 2048;  // gain 1.5
-    std::vector<int> ext(301, 0);
-    ext[300] = 1024;  // width 1.25
-    root.WriteKiv("kiv_config.xml", XmlDocument({NvRecord(41, main), NvRecord(42, ext)}));
     std::vector<std::string> map;
     for (int id = 0; id < 3 * 4000; ++id) {
         if (id % 4000 < 2 * 400 && id % 400 < 9 * 20 && id % 20 < 7) {
@@ -54,7 +49,7 @@ void WriteUniformTuning(const DeviceRoot& root) {
     }
     map.push_back("<HPMAP NUMID=\"14\" NAME=\"Vardo BX71\"/>");
     map.push_back("<HPMAP NUMID=\"11\" NAME=\"Lumen XE\"/>");
-    root.WriteKiv("kiv_config_vmap.xml", XmlDocument(map));
+    WriteTestTuning(root, map);
 }
 
 // A stream and what its audio thread saw: the output is compared with the expectation block
