@@ -16,14 +16,6 @@ namespace {
 const std::string kFullStandin = StandinPath("lib64orlune7_1.so");
 const std::string kBrokenStandin = StandinPath("missing-getpara/lib64orlune7_1.so");
 
-bool StillMapped(const std::string& path) {
-    void* h = dlopen(path.c_str(), RTLD_NOW | RTLD_NOLOAD);
-    if (h != nullptr) {
-        dlclose(h);
-    }
-    return h != nullptr;
-}
-
 // Runs blocks of several shapes through the instance and expects each to come back exactly
 // as it went in.
 void ExpectBlocksUntouched(HostOrlune* inst) {
@@ -82,7 +74,7 @@ TEST(BindingTest, LibraryLackingOneEntryPointIsRefusedAndClosed) {
     // Only our own reference is left: if the effect had kept its handle, the library would
     // stay mapped after we drop ours.
     dlclose(preload);
-    EXPECT_FALSE(StillMapped(kBrokenStandin));
+    EXPECT_FALSE(IsLoaded(kBrokenStandin));
     lib.Delete(inst);
 }
 
@@ -110,9 +102,9 @@ TEST(BindingTest, BindsOnceAndKeepsTheLibraryMapped) {
     EXPECT_EQ(log.Count("LoadOrulneEffect: load orlune Effect lib"), 1);
 
     dlclose(preload);
-    EXPECT_TRUE(StillMapped(kFullStandin));
+    EXPECT_TRUE(IsLoaded(kFullStandin));
     lib.Delete(inst);
-    EXPECT_TRUE(StillMapped(kFullStandin));  // deleting the instance does not unload it either
+    EXPECT_TRUE(IsLoaded(kFullStandin));  // deleting the instance does not unload it either
 }
 
 }  // namespace

@@ -61,7 +61,6 @@ struct Stream {
     int64_t blocks = 0;
     std::vector<std::pair<int64_t, int64_t>> runs;  // first and last differing frame
     bool louder = false;  // a differing frame was louder than the processed input
-    bool finite = true;
 
     float Want(int64_t frame) const {
         return frame < kLatencyFrames ? 0.0f : want[2 * ((frame - kLatencyFrames) % kPeriodFrames)];
@@ -70,7 +69,6 @@ struct Stream {
         for (int i = 0; i < kBlock; ++i) {
             const int64_t frame = firstFrame + i;
             const float want = Want(frame);
-            finite = finite && std::isfinite(out[2 * i]) && std::isfinite(out[2 * i + 1]);
             // A swap fade step can move a sample by a few of its 32-bit units.
             if (fabsf(out[2 * i] - want) <= 1e-6f && fabsf(out[2 * i + 1] - want) <= 1e-6f) {
                 continue;
@@ -205,7 +203,6 @@ TEST(PipelineStressTest, TwoStreamsStayExactUnderParameterReloadDumpAndRegionThr
         SCOPED_TRACE(testing::Message()
                      << "stream " << i << ", " << streams[i].blocks << " blocks");
         const Stream& s = streams[i];
-        EXPECT_TRUE(s.finite);
         // Every block came back processed and in order. The output differs from the processed
         // input only where the signal starts from silence: at the start of the stream and, on
         // the stream whose region switch re-ran set-up, once more from a block boundary on.

@@ -33,3 +33,8 @@ void* PreloadStandin(const std::string& path) {
 std::string StandinPath(const std::string& relative) {
     return std::string(ORLUNE_STANDIN_DIR) + "/" + relative;
 }
+
+bool IsLoaded(const std::string& path) {
+    void* handle = dlopen(path.c_str(), RTLD_NOW | RTLD_NOLOAD);
+    return handle != nullptr && dlclose(handle) == 0;
+}

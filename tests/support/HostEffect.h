@@ -49,3 +49,5 @@ private:
 // `path` (an already loaded object with that SONAME is reused). Returns the handle.
 void* PreloadStandin(const std::string& path);
 std::string StandinPath(const std::string& relative);  // under build/standin
+// Whether the object at `path` is mapped in the process.
+bool IsLoaded(const std::string& path);
