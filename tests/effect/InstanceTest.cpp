@@ -1,26 +1,14 @@
-// Construction, counting and the process-wide pruning of the parameter maps.
+// The first construction's process-wide pruning of the parameter maps.
 #include <gtest/gtest.h>
 
 #include <memory>
 
 #include "effect/orlune.h"
-#include "tests/support/LogCapture.h"
 
 namespace {
 
 bool Resolves(int id) {
     return Orlune::ResolveVirtualId(id, nullptr, nullptr, nullptr) == Orlune::Resolve::Found;
-}
-
-TEST(InstanceTest, CountsLiveInstances) {
-    ASSERT_EQ(Orlune::gInstanceNum, 0u);
-    auto first = std::make_unique<Orlune>();
-    auto second = std::make_unique<Orlune>();
-    EXPECT_EQ(Orlune::gInstanceNum, 2u);
-    second.reset();
-    EXPECT_EQ(Orlune::gInstanceNum, 1u);
-    first.reset();
-    EXPECT_EQ(Orlune::gInstanceNum, 0u);
 }
 
 TEST(InstanceTest, FirstConstructionPrunesKeyZeroOnce) {
