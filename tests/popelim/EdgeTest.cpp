@@ -88,15 +88,6 @@ TEST_F(EdgeTest, FallingEdge) {
             << log.Dump();
 }
 
-TEST_F(EdgeTest, SampleAccessRefusesOtherFormats) {
-    st.handle.format = 1;
-    st.buffer[3] = 77;
-    EXPECT_EQ(st.elim.GetSampleValue(&st.handle, 3), 0);
-    st.elim.SetSampleValue(&st.handle, 3, 5);
-    EXPECT_EQ(st.buffer[3], 77);
-    EXPECT_EQ(log.Count("Unsupported audio format", kTagPop, ANDROID_LOG_WARN), 2);
-}
-
 // The flag-based stereo searches of the processing path find exactly what the frame-by-frame
 // searches find.
 TEST(PopElimFastPathTest, StereoSearchesFindWhatFrameByFrameSearchesFind) {
