@@ -2,14 +2,11 @@
 // functions and nothing else of its own.
 #include <gtest/gtest.h>
 
-#include <dlfcn.h>
 #include <elf.h>
 #include <stdio.h>
 
 #include <set>
 #include <string>
-
-#include "tests/support/HostEffect.h"
 
 namespace {
 
@@ -66,17 +63,6 @@ TEST(ExportsTest, DynamicSymbolTableHoldsExactlyTheFiveFunctions) {
         it = (it->rfind("VERS_", 0) == 0) ? found.erase(it) : std::next(it);
     }
     EXPECT_EQ(found, expected);
-}
-
-TEST(ExportsTest, ExportsResolveWithUnmangledNames) {
-    HostLibrary lib;
-    ASSERT_TRUE(lib.Loaded()) << dlerror();
-    for (const char* name :
-         {"GetOrluneInstance", "DeleteOrluneInstance", "CuttingEdgeFadeinoutInit",
-          "ClearCachedBuffer", "CuttingEdgeProcess"}) {
-        EXPECT_NE(lib.Symbol(name), nullptr) << name;
-    }
-    EXPECT_EQ(lib.Symbol("_ZN6OrluneC1Ev"), nullptr);
 }
 
 }  // namespace

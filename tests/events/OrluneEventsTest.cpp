@@ -44,32 +44,22 @@ TEST_F(OrluneEventsTest, ReportHoldsTheRecordersInMemberOrderThenTheEffectKeys) 
     EXPECT_TRUE(log.Has("AddDeviceFrame: invalid device type 0", kTagEvent, ANDROID_LOG_ERROR));
     EXPECT_TRUE(log.Has("AddDeviceFrame: invalid device type 4", kTagEvent, ANDROID_LOG_ERROR));
 
-    // Speaker recorders hold mode ids 0, 1, 2, 7, 3, 4, 5, 6; the ring row has no "MODE".
-    const char* spkRows[8][2] = {{"MUSIC", "MODE"},    {"GAME", "MODE"},      {"MOVIE", "MODE"},
-                                 {"VE", "MODE"},       {"EDUCATION", "MODE"}, {"VIDEO", "MODE"},
-                                 {"LOWPOWER", "MODE"}, {"RING", ""}};
-    std::string expected;
-    for (const auto& row : spkRows) {
-        const std::string stem = std::string(row[0]) + row[1];
-        expected += stem + "LOWVOLRATE ";
-        for (int band = 1; band <= 5; ++band) {
-            expected += stem + "VOLUME" + std::to_string(band) + "RATE ";
-        }
-        expected += stem + "LOUDVOLRATE " + row[0] + "MODERATE ";
-    }
-    for (const char* hp : {"DEFAULT", "3DLISTEN", "3DFRONT", "3DWIDE", "3DGRAND", "HIFI"}) {
-        const std::string stem = std::string("HP") + hp;
-        expected += stem + "LOWRATE " + stem + "ONERATE " + stem + "MODERATE ";
-    }
     TovaEvent event(kUsageEventId);
     events.AddEvent(event);
-    std::string keys;
+    std::vector<std::string> keys;
     for (const auto& kv : event.Values()) {
-        keys += kv.first + " ";
+        keys.push_back(kv.first);
     }
-    EXPECT_EQ(keys, expected +
-                            "EFFECTNAME ORLUNEENABLERATE SPEAKERUSAGERATE HEADPHONEUSAGERATE "
-                            "BTUSAGERATE EFFECTUSAGETIME ");
+    // Eight speaker recorders of eight keys (mode ids 0, 1, 2, 7, 3, 4, 5, 6; the ring row has
+    // no "MODE"), six headphone recorders of three, then the effect's six.
+    ASSERT_EQ(keys.size(), 8u * 8 + 6 * 3 + 6);
+    const std::pair<size_t, const char*> anchors[] = {
+            {8, "GAMEMODELOWVOLRATE"}, {24, "VEMODELOWVOLRATE"}, {58, "RINGVOLUME2RATE"},
+            {63, "RINGMODERATE"},      {64, "HPDEFAULTLOWRATE"}, {69, "HP3DLISTENMODERATE"},
+            {81, "HPHIFIMODERATE"},    {82, "EFFECTNAME"},       {87, "EFFECTUSAGETIME"}};
+    for (const auto& a : anchors) {
+        EXPECT_EQ(keys[a.first], a.second) << a.first;
+    }
     const std::string text = EventText(event);
     EXPECT_EQ(text.rfind("MUSICMODELOWVOLRATE=0.100000 MUSICMODEVOLUME1RATE=0.166667 "
                          "MUSICMODEVOLUME2RATE=0.166667 MUSICMODEVOLUME3RATE=0.166667 "

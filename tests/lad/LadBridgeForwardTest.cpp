@@ -132,10 +132,6 @@ TEST(LadBridgeUnloadedTest, NothingIsForwardedButTheBridgeStillWritesTheRecord) 
     lad.SetLadPlayAppName(info, String8("com.example.player"));
     EXPECT_EQ(info->appSwitchTime, 1000);
     EXPECT_EQ(info->switchFlag1, 0);
-    clock.Set(3000);
-    lad.SetLadPlayAppName(info, String8("com.example.game"));
-    EXPECT_EQ(info->appSwitchTime, 3000);
-    EXPECT_EQ(info->metricAAtSwitch, -1.0f);
 }
 
 }  // namespace

@@ -14,8 +14,8 @@ protected:
 };
 
 TEST_F(LadBridgeLoadTest, BadTypeOrMissingConfigurationDoesNotOpenTheLibrary) {
-    std::filesystem::remove(mRoot + "/odm/etc/kiv/lad_config_brisel.xml");
-    WriteConfig("lad_config_dsp_orlune.xml", "<lad_config limit_dbfs=\"-2.5\"/>");
+    root.Remove("/odm/etc/kiv/lad_config_brisel.xml");
+    root.WriteKiv("lad_config_dsp_orlune.xml", "<lad_config limit_dbfs=\"-2.5\"/>");
     Preload(kStandinLad);  // opening it would succeed
     lad.LoadLadProc(4);
     lad.LoadLadProc(-1);

@@ -1,18 +1,14 @@
-// A temporary device root holding the detector's configuration file, and helpers to make the
-// bridge's dlopen("liblouddetect.so") find a stand-in: an object already loaded with that
-// SONAME is reused by the loader.
+// A temporary device root holding the detector's configuration file for type 1; the bridge's
+// dlopen("liblouddetect.so") finds a stand-in preloaded by path (support/HostEffect.h).
 #pragma once
 
 #include <dlfcn.h>
-#include <stdlib.h>
-
-#include <filesystem>
-#include <fstream>
-#include <string>
 
 #include <gtest/gtest.h>
 
 #include "lad/LoudAbnormalDetecter.h"
+#include "tests/support/DeviceRoot.h"
+#include "tests/support/HostEffect.h"
 #include "tests/support/LogCapture.h"
 
 constexpr const char* kStandinTag = "louddetect_standin";
@@ -23,31 +19,13 @@ constexpr const char* kStandinLadWithoutDelete =
 class LadTestRoot : public ::testing::Test {
 protected:
     void SetUp() override {
-        char pattern[] = "/tmp/lad_root_XXXXXX";
-        ASSERT_NE(mkdtemp(pattern), nullptr);
-        mRoot = pattern;
-        std::filesystem::create_directories(mRoot + "/odm/etc/kiv");
-        WriteConfig("lad_config_brisel.xml", "<lad_config limit_dbfs=\"-6.0\"/>\n");
-        setenv("ORLUNE_DEVICE_ROOT", mRoot.c_str(), 1);
+        root.WriteKiv("lad_config_brisel.xml", "<lad_config limit_dbfs=\"-6.0\"/>\n");
     }
-    void TearDown() override {
-        unsetenv("ORLUNE_DEVICE_ROOT");
-        std::filesystem::remove_all(mRoot);
-    }
-
-    void WriteConfig(const std::string& name, const std::string& text) {
-        std::ofstream(mRoot + "/odm/etc/kiv/" + name) << text;
-    }
-    // Loads a stand-in by path so that the bridge's lookup by SONAME finds it.
     static void* Preload(const char* path) {
-        void* handle = dlopen(path, RTLD_NOW | RTLD_GLOBAL);
+        void* handle = PreloadStandin(path);
         EXPECT_NE(handle, nullptr) << dlerror();
         return handle;
     }
-    static bool IsLoaded(const char* path) {
-        void* handle = dlopen(path, RTLD_NOW | RTLD_NOLOAD);
-        return handle != nullptr && dlclose(handle) == 0;
-    }
 
-    std::string mRoot;
+    DeviceRoot root;
 };

@@ -96,12 +96,6 @@ TEST_F(SpeakerModesTest, SceneAndLevelOfEachBlock) {
     }
     EXPECT_EQ(o->mEvents.spkRecorders[SPK_REC_RING].counts[0], 1u);  // on the ring row, too
     EXPECT_EQ(log.CountContaining("SPEAKER_FULL_PORTRAIT_VOICEENHANCE_TWO"), 1) << log.Dump();
-    EXPECT_TRUE(
-            log.Has("SetSpkParam 2270: SPK do not find currentRealParamID or "
-                    "currentRealParamExtID currentParamMode: 4026 ",
-                    kTagMobile, ANDROID_LOG_DEBUG));
-    EXPECT_TRUE(log.Has("SetSpkParam 2263: SPK do not find currentParamID currentParamMode: 4802 ",
-                        kTagMobile, ANDROID_LOG_DEBUG));
 }
 
 }  // namespace

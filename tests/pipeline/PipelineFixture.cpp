@@ -21,15 +21,16 @@ int32_t Saturate(int64_t v) {
 
 }  // namespace
 
-void WriteTestTuning(const DeviceRoot& root) {
+void WriteTestTuning(const DeviceRoot& root, std::vector<std::string> map) {
     std::vector<int> main(401, 0);
     main[400] = kGainOffsetQ12;
     std::vector<int> ext(301, 0);
     ext[300] = kWidthOffsetQ12;
     root.WriteKiv("kiv_config.xml", XmlDocument({NvRecord(41, main), NvRecord(42, ext)}));
-    std::vector<std::string> map;
-    for (int level = 0; level <= 6; ++level) {
-        map.push_back(NvMap(4000 + level, 41, 42));
+    if (map.empty()) {
+        for (int level = 0; level <= 6; ++level) {
+            map.push_back(NvMap(4000 + level, 41, 42));
+        }
     }
     root.WriteKiv("kiv_config_vmap.xml", XmlDocument(map));
 }

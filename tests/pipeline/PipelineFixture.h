@@ -18,8 +18,9 @@ constexpr audio_format_t kS16 = AUDIO_FORMAT_PCM_16_BIT;
 constexpr int kFrame = 480;  // frames per algorithm run
 constexpr int kPopDelayFrames = 48;
 
-// Writes the loudspeaker tuning of HostOptions::tuned.
-void WriteTestTuning(const DeviceRoot& root);
+// Writes the loudspeaker tuning of HostOptions::tuned: records 41 and 42 (gain 1.5, width 1.25)
+// for the virtual-map elements `map`, by default the loudspeaker's default situation.
+void WriteTestTuning(const DeviceRoot& root, std::vector<std::string> map = {});
 
 // A host with one effect instance, set up (KivOutProcPlayInit) with the stand-in algorithm
 // preloaded. With `enable`, ids 0 and 32 turn the effect on; id 12 picks `device`. With

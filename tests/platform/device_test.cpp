@@ -1,18 +1,15 @@
-// The host's device: paths under ORLUNE_DEVICE_ROOT with realpath mapped back, the
-// customisation stub's three answers, and the event report's log line.
-#include <android/log.h>
+// The host's device: paths under ORLUNE_DEVICE_ROOT with realpath mapped back, and the
+// customisation stub's three answers.
 #include <gtest/gtest.h>
 #include <limits.h>
 #include <platform/device_fs.h>
 #include <stdlib.h>
-#include <tovaview/TovaView.h>
 #include <vardocust/download_cfg.h>
 
 #include <filesystem>
 #include <string>
 
 #include "tests/support/DeviceRoot.h"
-#include "tests/support/LogCapture.h"
 
 namespace orlune_platform {
 namespace {
@@ -62,19 +59,6 @@ TEST(PlatformDevice, DownloadCfgAnswersFileDirectoryOrNothing) {
     EXPECT_EQ(DownloadCfg("/soundalgorithm"), "1 /soundalgorithm/kiv_config.xml ");
     root.WriteFile("/soundalgorithm/cfg_version", "2.0.1.7\nsecond line\n");
     EXPECT_EQ(DownloadCfg("/soundalgorithm/"), "1 /soundalgorithm/kiv_config.xml 2.0.1.7");
-}
-
-TEST(PlatformTovaView, ReportWritesOneInfoLineWithValuesInPutOrder) {
-    LogCapture log;
-    TovaEvent event(907001001);
-    event.PutString("Z_NAME", "spk mode");
-    event.PutFloat("A_RATE", -0.25f);
-    event.PutString("EMPTY", "");
-    EXPECT_EQ(TovaView::Report(event), 0);
-    EXPECT_EQ(log.Count("report 907001001 Z_NAME=spk mode A_RATE=-0.250000 EMPTY=", "tova_view",
-                        ANDROID_LOG_INFO),
-              1)
-            << log.Dump();
 }
 
 }  // namespace

@@ -1,5 +1,5 @@
-// Raising- and falling-edge searches and the exact fade envelopes on a hand-filled work buffer,
-// and the fast scans against the frame-by-frame searches.
+// Raising- and falling-edge searches on a hand-filled work buffer, and the fast scans and the
+// fades' divider against plain arithmetic. (The fade envelopes are stream and export tests.)
 #include <algorithm>
 #include <random>
 #include <string>
@@ -86,39 +86,6 @@ TEST_F(EdgeTest, FallingEdge) {
     EXPECT_TRUE(log.Has("falling edge fade out, pos = 200, value = -20000, channel = 0", kTagPop,
                         ANDROID_LOG_INFO))
             << log.Dump();
-}
-
-TEST_F(EdgeTest, SampleAccessRefusesOtherFormats) {
-    st.handle.format = 1;
-    st.buffer[3] = 77;
-    EXPECT_EQ(st.elim.GetSampleValue(&st.handle, 3), 0);
-    st.elim.SetSampleValue(&st.handle, 3, 5);
-    EXPECT_EQ(st.buffer[3], 77);
-    EXPECT_EQ(log.Count("Unsupported audio format", kTagPop, ANDROID_LOG_WARN), 2);
-}
-
-TEST_F(EdgeTest, FadesRiseFromZeroToTheBlockEndOrFormAVWithItsBottomAtTheEdge) {
-    // Channel 0 of a block of `value` faded in (or out) at `pos`, at the given frames.
-    auto faded = [this](int32_t value, bool out, unsigned pos, std::vector<unsigned> frames) {
-        st.Load(Stereo(kFrames, value));
-        out ? st.elim.FadeOut(&st.handle, kPopBlockBytes, pos, 0)
-            : st.elim.FadeIn(&st.handle, kPopBlockBytes, pos, 0);
-        std::vector<int32_t> left;
-        for (unsigned f : frames) {
-            left.push_back(st.buffer[f * 2]);
-        }
-        return left;
-    };
-    const int32_t k = (1 << 30) + 1;
-    // Products in 64 bits, divisions truncating toward zero.
-    EXPECT_EQ(faded(-1000000007, false, 100, {99, 100, 101, 102, 479}),
-              (std::vector<int32_t>{-1000000007, 0, -2631578, -5263157, -997368428}));
-    EXPECT_EQ(faded(k, true, 200, {0, 1, 199, 200, 201, 479}),
-              (std::vector<int32_t>{k, 1068373116, 5368710, 0, 3834792, 1069907032}));
-    // 380 frames left exceed a stored size of 100 (bytes): the ramp spans 100 frames.
-    st.handle.curBufferSize = 100;
-    EXPECT_EQ(faded(k, false, 100, {101, 199, 200}),
-              (std::vector<int32_t>{10737418, 1063004406, k}));
 }
 
 // The flag-based stereo searches of the processing path find exactly what the frame-by-frame

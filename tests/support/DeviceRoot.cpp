@@ -6,6 +6,7 @@
 
 #include <filesystem>
 #include <fstream>
+#include <optional>
 
 #include <gtest/gtest.h>
 
@@ -13,48 +14,39 @@ namespace fs = std::filesystem;
 
 namespace {
 
-void SaveEnv(const char* name, std::string* saved, bool* had) {
+// The variable's value, or nothing when it is not set.
+std::optional<std::string> Env(const char* name) {
     const char* value = getenv(name);
-    *had = value != nullptr;
-    *saved = value != nullptr ? value : "";
+    return value != nullptr ? std::optional<std::string>(value) : std::nullopt;
 }
 
-void RestoreEnv(const char* name, const std::string& saved, bool had) {
-    if (had) {
-        setenv(name, saved.c_str(), 1);
-    } else {
-        unsetenv(name);
-    }
+void SetEnv(const char* name, const std::optional<std::string>& value) {
+    value ? setenv(name, value->c_str(), 1) : unsetenv(name);
 }
 
 }  // namespace
 
-DeviceRoot::DeviceRoot() {
+DeviceRoot::DeviceRoot()
+    : mSavedRoot(Env("ORLUNE_DEVICE_ROOT")), mSavedProperties(Env("ORLUNE_PROPERTIES")) {
     const char* tmp = getenv("TMPDIR");
     std::string pattern =
             std::string(tmp != nullptr && tmp[0] != '\0' ? tmp : "/tmp") + "/orlune-device-XXXXXX";
-    std::vector<char> buf(pattern.begin(), pattern.end());
-    buf.push_back('\0');
-    if (mkdtemp(buf.data()) == nullptr) {
+    if (mkdtemp(&pattern[0]) == nullptr) {
         ADD_FAILURE() << "mkdtemp failed for " << pattern;
         return;
     }
-    mRoot = fs::canonical(buf.data()).string();
     // The properties file lives beside the device tree, not inside it.
-    mProperties = mRoot + "/.properties";
+    mProperties = fs::canonical(pattern).string() + "/.properties";
     std::ofstream(mProperties).flush();
-    fs::create_directories(mRoot + "/device");
-    mRoot += "/device";
-
-    SaveEnv("ORLUNE_DEVICE_ROOT", &mSavedRoot, &mHadRoot);
-    SaveEnv("ORLUNE_PROPERTIES", &mSavedProperties, &mHadProperties);
+    mRoot = fs::path(mProperties).parent_path().string() + "/device";
+    fs::create_directories(mRoot);
     setenv("ORLUNE_DEVICE_ROOT", mRoot.c_str(), 1);
     setenv("ORLUNE_PROPERTIES", mProperties.c_str(), 1);
 }
 
 DeviceRoot::~DeviceRoot() {
-    RestoreEnv("ORLUNE_DEVICE_ROOT", mSavedRoot, mHadRoot);
-    RestoreEnv("ORLUNE_PROPERTIES", mSavedProperties, mHadProperties);
+    SetEnv("ORLUNE_DEVICE_ROOT", mSavedRoot);
+    SetEnv("ORLUNE_PROPERTIES", mSavedProperties);
     if (!mRoot.empty()) {
         std::error_code ec;
         fs::remove_all(fs::path(mRoot).parent_path(), ec);

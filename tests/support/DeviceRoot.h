@@ -12,6 +12,7 @@
 #include <stdint.h>
 #include <sys/types.h>
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -64,10 +65,8 @@ public:
 private:
     std::string mRoot;
     std::string mProperties;
-    std::string mSavedRoot;
-    std::string mSavedProperties;
-    bool mHadRoot = false;
-    bool mHadProperties = false;
+    std::optional<std::string> mSavedRoot;
+    std::optional<std::string> mSavedProperties;
 };
 
 // XML text builders for the two configuration files.

@@ -26,14 +26,15 @@ void HostLibrary::Delete(void* instance) const {
     }
 }
 
-void* HostLibrary::Symbol(const char* name) const {
-    return mHandle != nullptr ? dlsym(mHandle, name) : nullptr;
-}
-
 void* PreloadStandin(const std::string& path) {
     return dlopen(path.c_str(), RTLD_NOW | RTLD_GLOBAL);
 }
 
 std::string StandinPath(const std::string& relative) {
     return std::string(ORLUNE_STANDIN_DIR) + "/" + relative;
+}
+
+bool IsLoaded(const std::string& path) {
+    void* handle = dlopen(path.c_str(), RTLD_NOW | RTLD_NOLOAD);
+    return handle != nullptr && dlclose(handle) == 0;
 }

@@ -38,7 +38,6 @@ public:
     bool Loaded() const { return mHandle != nullptr; }
     HostOrlune* Create() const;
     void Delete(void* instance) const;
-    void* Symbol(const char* name) const;
 
 private:
     void* mHandle = nullptr;
@@ -50,3 +49,5 @@ private:
 // `path` (an already loaded object with that SONAME is reused). Returns the handle.
 void* PreloadStandin(const std::string& path);
 std::string StandinPath(const std::string& relative);  // under build/standin
+// Whether the object at `path` is mapped in the process.
+bool IsLoaded(const std::string& path);
