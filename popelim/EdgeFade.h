@@ -45,10 +45,19 @@ void RampUp(Samples& samples, uint64_t pos, uint64_t end, uint32_t writable) {
     }
     const RampDivider n(static_cast<int64_t>(end - pos));
     const uint64_t stop = end < writable ? end : writable;
-    for (uint64_t frame = pos; frame < stop; ++frame) {
-        const int64_t k = static_cast<int64_t>(frame - pos);
-        const unsigned f = static_cast<unsigned>(frame);
-        samples.Set(f, static_cast<int32_t>(n.Divide(k * samples.Get(f))));
+    if (stop <= pos) {
+        return;
+    }
+    const unsigned first = static_cast<unsigned>(pos);
+    const unsigned count = static_cast<unsigned>(stop - pos);
+    if (n.Short()) {
+        for (unsigned k = 0; k < count; ++k) {
+            samples.Set(first + k, n.ScaleShort(k, samples.Get(first + k)));
+        }
+        return;
+    }
+    for (unsigned k = 0; k < count; ++k) {
+        samples.Set(first + k, static_cast<int32_t>(n.Divide(k * int64_t{samples.Get(first + k)})));
     }
 }
 
@@ -68,9 +77,17 @@ void FadeOutAt(Samples& samples, const ProcessHandle& handle, uint32_t blockByte
     if (pos != 0) {
         const RampDivider q(pos);
         const uint32_t stop = pos < writable ? pos : writable;
-        for (uint32_t frame = 0; frame < stop; ++frame) {
-            const int64_t s = samples.Get(frame);
-            samples.Set(frame, static_cast<int32_t>(s - q.Divide(frame * s)));
+        // s - (k × s) / q stays between 0 and s, inside 32 bits.
+        if (q.Short()) {
+            for (uint32_t frame = 0; frame < stop; ++frame) {
+                const int32_t s = samples.Get(frame);
+                samples.Set(frame, s - q.ScaleShort(frame, s));
+            }
+        } else {
+            for (uint32_t frame = 0; frame < stop; ++frame) {
+                const int64_t s = samples.Get(frame);
+                samples.Set(frame, static_cast<int32_t>(s - q.Divide(frame * s)));
+            }
         }
     }
     FadeInFrom(samples, handle, blockBytes, pos, writable);

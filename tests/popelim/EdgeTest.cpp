@@ -174,4 +174,34 @@ TEST(PopElimFastPathTest, RampDividerTruncatesLikeSigned64BitDivision) {
     }
 }
 
+// Ramps of up to 4096 frames scale in double precision; every k × s / n must still truncate
+// exactly, at the extremes of the sample range and where the quotient is an integer.
+TEST(PopElimFastPathTest, ShortRampScaleTruncatesLikeSigned64BitDivision) {
+    std::mt19937_64 rng(11);
+    int64_t integral = 0;
+    for (int64_t n = 1; n <= popelim::kShortRampMax; n += 1 + static_cast<int64_t>(rng() % 7)) {
+        const popelim::RampDivider divider(n);
+        ASSERT_TRUE(divider.Short());
+        for (int i = 0; i < 400; ++i) {
+            const int64_t k = i < 2 ? (i == 0 ? 0 : n - 1) : static_cast<int64_t>(rng() % n);
+            int32_t s;
+            switch (i % 4) {
+                case 0:
+                    s = i % 8 ? INT32_MIN : INT32_MAX;
+                    break;
+                case 1:  // a multiple of n / gcd(k, n), so that k × s / n is an integer
+                    s = static_cast<int32_t>(n * static_cast<int64_t>(rng() % (INT32_MAX / n)));
+                    s = i % 8 == 1 ? -s : s;
+                    break;
+                default:
+                    s = static_cast<int32_t>(rng());
+                    break;
+            }
+            integral += (k * s) % n == 0;
+            ASSERT_EQ(divider.Scale(k, s), k * s / n) << k << " * " << s << " / " << n;
+        }
+    }
+    EXPECT_GT(integral, 10000);
+}
+
 }  // namespace
