@@ -1,6 +1,7 @@
 // Random configurations, blocks, sizes and handle edits through FallingPopElim and the exported
 // stand-alone functions. Besides the sanitizers' findings it stops on a processed block that is
-// not the work buffer, and on a fast stereo scan that disagrees with the frame-by-frame search.
+// not the work buffer, on a fast stereo scan that disagrees with the frame-by-frame search, and on
+// a fade step that differs from the plain 64-bit division.
 #include <android/log.h>
 #include <fuzzer/FuzzedDataProvider.h>
 #include <stdint.h>
@@ -11,6 +12,7 @@
 #include "popelim/CuttingEdge.h"
 #include "popelim/EdgeSearch.h"
 #include "popelim/FallingPopElim.h"
+#include "popelim/RampDivider.h"
 #include "popelim/StereoSearch.h"
 
 namespace {
@@ -74,6 +76,17 @@ void CheckScans(int32_t* buffer, unsigned frames) {
     }
 }
 
+// A fade step k × s / n must equal the truncating 64-bit division for every ramp length.
+void CheckRampStep(FuzzedDataProvider& in) {
+    const int64_t n = in.ConsumeBool() ? in.ConsumeIntegralInRange<int64_t>(1, 4200)
+                                       : in.ConsumeIntegralInRange<int64_t>(1, 0xFFFFFFFF);
+    const int64_t k = in.ConsumeIntegralInRange<int64_t>(0, n - 1);
+    const int32_t s = in.ConsumeIntegral<int32_t>();
+    if (popelim::RampDivider(n).Scale(k, s) != k * s / n) {
+        abort();
+    }
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
@@ -92,7 +105,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
 
     while (in.remaining_bytes() > 0) {
         const bool useClass = in.ConsumeBool();
-        switch (in.ConsumeIntegralInRange(0, 4)) {
+        switch (in.ConsumeIntegralInRange(0, 5)) {
             case 0: {
                 const unsigned bytes = ConsumeSize(in);
                 const bool enable = in.ConsumeBool();
@@ -137,6 +150,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
                 }
                 break;
             }
+            case 4:
+                CheckRampStep(in);
+                break;
             default:
                 CheckScans(classBuffer, in.ConsumeIntegralInRange<unsigned>(0, kPopBlockBytes / 8));
                 break;
