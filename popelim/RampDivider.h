@@ -26,6 +26,10 @@ public:
 
     bool Short() const { return mDen <= kShortRampMax; }
 
+    // The reciprocal ScaleShort multiplies by: its quotient is the truncation of
+    // s × (k × BiasedInverse()), each product rounded once in double precision.
+    double BiasedInverse() const { return mBiasedInverse; }
+
     // (k × s) / den for 0 <= k < den <= kShortRampMax.
     int32_t ScaleShort(int64_t k, int32_t s) const {
         const double gain = static_cast<double>(k) * mBiasedInverse;

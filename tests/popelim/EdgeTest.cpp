@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "effect/LogTags.h"
+#include "popelim/EdgeFade.h"
 #include "popelim/EdgeSearch.h"
 #include "popelim/RampDivider.h"
 #include "popelim/StereoSearch.h"
@@ -202,6 +203,45 @@ TEST(PopElimFastPathTest, ShortRampScaleTruncatesLikeSigned64BitDivision) {
         }
     }
     EXPECT_GT(integral, 10000);
+}
+
+}  // namespace
+
+namespace {
+
+// The stereo fades scale four frames per step in vector lanes; every sample of both channels
+// must come out as the frame-by-frame fade leaves it, for every ramp end and start.
+TEST(PopElimFastPathTest, StereoFadesMatchFrameByFrameFades) {
+    std::mt19937 rng(5);
+    constexpr unsigned kFrames = popelim::kStereoMaxFrames;
+    const ProcessHandle handle{2,     4,       kPopBlockBytes, 0,       3,
+                               48000, nullptr, kPopBlockBytes, nullptr, 0};
+    std::vector<int32_t> source(2 * kFrames);
+    for (size_t i = 0; i < source.size(); ++i) {
+        const int32_t extremes[] = {INT32_MIN, INT32_MAX, -1, 1, 0};
+        source[i] = i % 7 < 5 ? extremes[i % 7] : static_cast<int32_t>(rng());
+    }
+    for (unsigned pos : {0u, 1u, 3u, 5u, 100u, 331u, 475u, 476u, 479u}) {
+        for (unsigned writable : {kFrames, kFrames - 1, pos + 2}) {
+            for (unsigned c = 0; c < 2; ++c) {
+                for (bool fadeOut : {false, true}) {
+                    std::vector<int32_t> fast = source;
+                    std::vector<int32_t> plain = source;
+                    popelim::FixedStrideSamples<2> fastView{fast.data() + c};
+                    popelim::ChannelSamples plainView{plain.data() + c, 2};
+                    if (fadeOut) {
+                        popelim::FadeOutAt(fastView, handle, kPopBlockBytes, pos, writable);
+                        popelim::FadeOutAt(plainView, handle, kPopBlockBytes, pos, writable);
+                    } else {
+                        popelim::FadeInFrom(fastView, handle, kPopBlockBytes, pos, writable);
+                        popelim::FadeInFrom(plainView, handle, kPopBlockBytes, pos, writable);
+                    }
+                    ASSERT_EQ(fast, plain) << "pos " << pos << " writable " << writable
+                                           << " channel " << c << " fade-out " << fadeOut;
+                }
+            }
+        }
+    }
 }
 
 }  // namespace
