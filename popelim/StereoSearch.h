@@ -2,9 +2,9 @@
 // the per-frame tests done in one pass over the block: the |level| of every frame, and byte flags
 // for "quiet" and "drops from the frame before". That pass works in chunks of fixed length, the
 // levels in explicit vectors, the flags in plain loops that the compiler vectorises on any
-// target. The searches then jump from
-// flag to flag sixteen frames at a time and look at single frames only around a hit. They find the
-// same frames and log the same lines as FindRaisingEdgeIn and FindFallingEdgeIn.
+// target. The searches then jump from flag to flag sixteen frames at a time and look at single
+// frames only around a hit. They find the same frames and log the same lines as FindRaisingEdgeIn
+// and FindFallingEdgeIn.
 #pragma once
 
 #include <android/log.h>
