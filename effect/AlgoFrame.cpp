@@ -24,24 +24,31 @@ void Orlune::ProcessFadeInOut(int frameCount) {
         return;
     }
     for (int k = 0; k < frameCount; ++k) {
-        memcpy(mIoBuffer, mInputCache + k * pipeline::kStereoFrameSamples,
-               pipeline::kStereoFrameSamples * sizeof(int32_t));
-        KivApply(mOutputBuffer + outBufOffset + k * mOutChannelCount * kAlgoFrame);
+        KivApply(mInputCache + k * pipeline::kStereoFrameSamples,
+                 mOutputBuffer + outBufOffset + k * mOutChannelCount * kAlgoFrame);
     }
 }
 
-void Orlune::KivApply(int* out) {
+// `in` is one stereo frame of the input cache. The pop eliminator reads it there and its result
+// is the algorithm's input, so the frame is copied into mIoBuffer only when it goes to the
+// algorithm unprocessed.
+void Orlune::KivApply(const int* in, int* out) {
     static const char* const kFn = "KivApply";
+    bool popped = false;
     if (mChannelCount == 2) {
         const bool mode = pipeline::ClickRemoverFades(Tables().gUiType, mIoInfo.enable != 0,
                                                       HP_MODE, hpModeIndex);
-        const int32_t* popped = PopEliminate(mIoBuffer, pipeline::kStereoFrameSamples, mode);
-        if (popped != nullptr) {
-            const int ret = memcpy_s(mIoBuffer, sizeof(mIoBuffer), popped, kPopBlockBytes);
+        const int32_t* block = PopEliminate(in, pipeline::kStereoFrameSamples, mode);
+        if (block != nullptr) {
+            const int ret = memcpy_s(mIoBuffer, sizeof(mIoBuffer), block, kPopBlockBytes);
             if (ret != EOK) {
                 ORLUNE_LOGE(kTagMobile, "%s: memcpy failed, ret = %d", kFn, ret);
             }
+            popped = ret == EOK;
         }
+    }
+    if (!popped) {
+        memcpy(mIoBuffer, in, pipeline::kStereoFrameSamples * sizeof(int32_t));
     }
     DumpPcm(mIoBuffer, kAlgoFrame * mIoInfo.inChannels, DUMP_ALGO_IN);
 

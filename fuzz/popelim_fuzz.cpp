@@ -1,6 +1,7 @@
 // Random configurations, blocks, sizes and handle edits through FallingPopElim and the exported
 // stand-alone functions. Besides the sanitizers' findings it stops on a processed block that is
-// not the work buffer, and on a fast stereo scan that disagrees with the frame-by-frame search.
+// not the work buffer, on a fast stereo scan or stereo fade that disagrees with the frame-by-frame
+// one, and on a fade step that differs from the plain 64-bit division.
 #include <android/log.h>
 #include <fuzzer/FuzzedDataProvider.h>
 #include <stdint.h>
@@ -9,8 +10,10 @@
 #include <vector>
 
 #include "popelim/CuttingEdge.h"
+#include "popelim/EdgeFade.h"
 #include "popelim/EdgeSearch.h"
 #include "popelim/FallingPopElim.h"
+#include "popelim/RampDivider.h"
 #include "popelim/StereoSearch.h"
 
 namespace {
@@ -74,6 +77,45 @@ void CheckScans(int32_t* buffer, unsigned frames) {
     }
 }
 
+// A fade step k × s / n must equal the truncating 64-bit division for every ramp length.
+void CheckRampStep(FuzzedDataProvider& in) {
+    const int64_t n = in.ConsumeBool() ? in.ConsumeIntegralInRange<int64_t>(1, 4200)
+                                       : in.ConsumeIntegralInRange<int64_t>(1, 0xFFFFFFFF);
+    const int64_t k = in.ConsumeIntegralInRange<int64_t>(0, n - 1);
+    const int32_t s = in.ConsumeIntegral<int32_t>();
+    if (popelim::RampDivider(n).Scale(k, s) != k * s / n) {
+        abort();
+    }
+}
+
+// The stereo fades of the processing path, which scale several frames per step, must leave
+// every sample of both channels as the frame-by-frame fades do.
+void CheckStereoFade(FuzzedDataProvider& in) {
+    constexpr unsigned kFrames = popelim::kStereoMaxFrames;
+    const ProcessHandle handle{
+            2,       4,     kPopBlockBytes, 0,
+            3,       48000, nullptr,        in.ConsumeIntegralInRange<uint32_t>(0, 4000),
+            nullptr, 0};
+    const unsigned channel = in.ConsumeIntegralInRange<unsigned>(0, 1);
+    const uint32_t pos = in.ConsumeIntegralInRange<uint32_t>(0, kFrames);
+    const uint32_t writable = in.ConsumeIntegralInRange<uint32_t>(0, kFrames);
+    const bool fadeOut = in.ConsumeBool();
+    std::vector<int32_t> fast = ConsumeBlock(in, kPopBlockBytes);
+    std::vector<int32_t> plain = fast;
+    popelim::FixedStrideSamples<2> fastView{fast.data() + channel};
+    popelim::ChannelSamples plainView{plain.data() + channel, 2};
+    if (fadeOut) {
+        popelim::FadeOutAt(fastView, handle, kPopBlockBytes, pos, writable);
+        popelim::FadeOutAt(plainView, handle, kPopBlockBytes, pos, writable);
+    } else {
+        popelim::FadeInFrom(fastView, handle, kPopBlockBytes, pos, writable);
+        popelim::FadeInFrom(plainView, handle, kPopBlockBytes, pos, writable);
+    }
+    if (fast != plain) {
+        abort();
+    }
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
@@ -92,7 +134,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
 
     while (in.remaining_bytes() > 0) {
         const bool useClass = in.ConsumeBool();
-        switch (in.ConsumeIntegralInRange(0, 4)) {
+        switch (in.ConsumeIntegralInRange(0, 6)) {
             case 0: {
                 const unsigned bytes = ConsumeSize(in);
                 const bool enable = in.ConsumeBool();
@@ -137,6 +179,12 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
                 }
                 break;
             }
+            case 4:
+                CheckRampStep(in);
+                break;
+            case 5:
+                CheckStereoFade(in);
+                break;
             default:
                 CheckScans(classBuffer, in.ConsumeIntegralInRange<unsigned>(0, kPopBlockBytes / 8));
                 break;

@@ -1,9 +1,10 @@
 // The edge searches of EdgeSearch.h for one channel of an interleaved stereo work buffer, with
 // the per-frame tests done in one pass over the block: the |level| of every frame, and byte flags
-// for "quiet" and "drops from the frame before". That pass is plain code in chunks of fixed
-// length, which the compiler turns into vector code on any target. The searches then jump from
-// flag to flag eight frames at a time and look at single frames only around a hit. They find the
-// same frames and log the same lines as FindRaisingEdgeIn and FindFallingEdgeIn.
+// for "quiet" and "drops from the frame before". That pass works in chunks of fixed length, the
+// levels in explicit vectors, the flags in plain loops that the compiler vectorises on any
+// target. The searches then jump from flag to flag sixteen frames at a time and look at single
+// frames only around a hit. They find the same frames and log the same lines as FindRaisingEdgeIn
+// and FindFallingEdgeIn.
 #pragma once
 
 #include <stdint.h>
@@ -18,14 +19,15 @@ namespace popelim {
 
 constexpr unsigned kStereoMaxFrames = kPopBlockBytes / 8;  // 480
 constexpr unsigned kFlagChunk = 32;                        // frames per vectorised chunk
-constexpr unsigned kFlagPad = 8;                           // a word scan reads past the end
+constexpr unsigned kFlagPad = 16;                          // a flag scan reads past the end
 
 // Both channels of one block; channel c of frame f is buffer[2 f + c].
 struct StereoFlags {
-    // |sample| / 65536 (0 to 32768) of frame f at [c][f + 1]. [c][0] is 0, the level "before"
-    // frame 0, which makes frame 0 no drop; the one after the last frame is 65535, above every
-    // tenth.
-    uint16_t level[2][1 + kStereoMaxFrames + 1];
+    // |sample| / 65536 of frame f at [c][f + 1], with INT32_MIN's 32768 taken as 32767 so that
+    // the levels fit signed 16-bit lanes: no test tells the two apart, as both have the tenth
+    // 3276 and both are far above every tenth. [c][0] is 0, the level "before" frame 0, which
+    // makes frame 0 no drop; the one after the last frame is 32767, above every tenth.
+    int16_t level[2][1 + kStereoMaxFrames + 1];
     uint8_t quiet[2][kStereoMaxFrames + kFlagPad];  // |level| < 10
     // IsDrop(frame f - 1, frame f), and frame f + 1 stays below the same tenth. A drop whose
     // next frame does not can never be a falling edge, and the frame after it is no drop
@@ -37,7 +39,7 @@ struct StereoFlags {
 // What the searches read of one channel.
 struct ChannelFlags {
     const int32_t* data;  // the channel's first sample; frame f is data[2 f]
-    const uint16_t* level;
+    const int16_t* level;
     const uint8_t* quiet;
     const uint8_t* drop;
     unsigned frames;
@@ -50,33 +52,92 @@ inline ChannelFlags FlagsOf(const StereoFlags& flags, const int32_t* buffer, uns
 
 namespace detail {
 
-inline uint16_t AbsLevel(int32_t sample) {
-    // In unsigned arithmetic, so that |INT32_MIN| = 2^31 gives 32768.
+inline int16_t AbsLevel(int32_t sample) {
+    // In unsigned arithmetic, so that |INT32_MIN| = 2^31 is defined; it then becomes 2^31 - 1.
     const uint32_t sign = static_cast<uint32_t>(sample >> 31);
-    return static_cast<uint16_t>(((static_cast<uint32_t>(sample) ^ sign) - sign) >> 16);
+    uint32_t magnitude = (static_cast<uint32_t>(sample) ^ sign) - sign;
+    magnitude -= magnitude >> 31;
+    return static_cast<int16_t>(magnitude >> 16);
 }
 
-// IsDrop on levels with the next frame below the same tenth, in 16-bit lanes: when
-// cur < prev / 10, prev - cur does not wrap.
-inline uint8_t DropFlag(uint16_t prev, uint16_t cur, uint16_t next) {
-    const uint16_t tenth = static_cast<uint16_t>(prev / 10);
-    return static_cast<uint8_t>((cur < tenth) & (static_cast<uint16_t>(prev - cur) >= 101) &
-                                (next < tenth));
+// IsDrop on levels with the next frame below the same tenth, in signed 16-bit lanes (levels are
+// 0 to 32767, so prev - cur cannot wrap). The unsigned division by 10 is a multiply-high.
+inline uint8_t DropFlag(int16_t prev, int16_t cur, int16_t next) {
+    const int16_t tenth = static_cast<int16_t>(static_cast<uint16_t>(prev) / 10);
+    return static_cast<uint8_t>((cur < tenth) & (next < tenth) &
+                                (static_cast<int16_t>(prev - cur) > 100));
 }
 
-// Levels of kFlagChunk stereo frames: a fixed trip count over pointers that do not alias and
-// both samples of each frame, so the loop is vectorised.
-inline void LevelChunk(const int32_t* __restrict data, uint16_t* __restrict left,
-                       uint16_t* __restrict right) {
-    for (int k = 0; k < static_cast<int>(kFlagChunk); ++k) {
-        left[k] = AbsLevel(data[2 * k]);
-        right[k] = AbsLevel(data[2 * k + 1]);
+typedef int32_t Int4 __attribute__((vector_size(16)));
+typedef uint32_t UInt4 __attribute__((vector_size(16)));
+typedef int16_t Short4 __attribute__((vector_size(8)));
+typedef int16_t Short8 __attribute__((vector_size(16)));
+
+// |sample| >> 16 in every lane: 0 to 32768, the last for INT32_MIN only.
+inline Int4 RawLevels(Int4 x) {
+    const Int4 sign = x >> 31;
+    return reinterpret_cast<Int4>(reinterpret_cast<UInt4>((x ^ sign) - sign) >> 16);
+}
+
+// Eight raw levels as AbsLevel gives them: 32768 becomes 32767, which a signed saturating
+// narrowing does in one step where the target has one.
+inline Short8 NarrowLevels(Int4 low, Int4 high) {
+#if defined(__SSE2__)
+    return __builtin_ia32_packssdw128(low, high);
+#else
+    const Int4 cap = {INT16_MAX, INT16_MAX, INT16_MAX, INT16_MAX};
+    low = low < cap ? low : cap;
+    high = high < cap ? high : cap;
+    return __builtin_shufflevector(__builtin_convertvector(low, Short4),
+                                   __builtin_convertvector(high, Short4), 0, 1, 2, 3, 4, 5, 6, 7);
+#endif
+}
+
+// Levels of kFlagChunk stereo frames from `data` (frame f at data[2 f]), eight frames per step:
+// the channels are separated in 32-bit lanes, then narrowed to 16 bits.
+inline void LevelChunk(const int32_t* data, int16_t* left, int16_t* right) {
+    for (unsigned f = 0; f < kFlagChunk; f += 8) {
+        Int4 x0;
+        Int4 x1;
+        Int4 x2;
+        Int4 x3;
+        memcpy(&x0, data + 2 * f, sizeof(x0));
+        memcpy(&x1, data + 2 * f + 4, sizeof(x1));
+        memcpy(&x2, data + 2 * f + 8, sizeof(x2));
+        memcpy(&x3, data + 2 * f + 12, sizeof(x3));
+        const Short8 l = NarrowLevels(RawLevels(__builtin_shufflevector(x0, x1, 0, 2, 4, 6)),
+                                      RawLevels(__builtin_shufflevector(x2, x3, 0, 2, 4, 6)));
+        const Short8 r = NarrowLevels(RawLevels(__builtin_shufflevector(x0, x1, 1, 3, 5, 7)),
+                                      RawLevels(__builtin_shufflevector(x2, x3, 1, 3, 5, 7)));
+        memcpy(left + f, &l, sizeof(l));
+        memcpy(right + f, &r, sizeof(r));
+    }
+}
+
+// The same for channel kChannel only; `data` is the chunk's first frame.
+template <unsigned kChannel>
+void ChannelLevelChunk(const int32_t* data, int16_t* level) {
+    for (unsigned f = 0; f < kFlagChunk; f += 8) {
+        Int4 x0;
+        Int4 x1;
+        Int4 x2;
+        Int4 x3;
+        memcpy(&x0, data + 2 * f, sizeof(x0));
+        memcpy(&x1, data + 2 * f + 4, sizeof(x1));
+        memcpy(&x2, data + 2 * f + 8, sizeof(x2));
+        memcpy(&x3, data + 2 * f + 12, sizeof(x3));
+        const Short8 v =
+                NarrowLevels(RawLevels(__builtin_shufflevector(x0, x1, kChannel, kChannel + 2,
+                                                               kChannel + 4, kChannel + 6)),
+                             RawLevels(__builtin_shufflevector(x2, x3, kChannel, kChannel + 2,
+                                                               kChannel + 4, kChannel + 6)));
+        memcpy(level + f, &v, sizeof(v));
     }
 }
 
 // Flags of kFlagChunk frames from their levels; level[-1] is the frame before the first and
 // level[kFlagChunk] the one after the last.
-inline void FlagChunk(const uint16_t* __restrict level, uint8_t* __restrict quiet,
+inline void FlagChunk(const int16_t* __restrict level, uint8_t* __restrict quiet,
                       uint8_t* __restrict drop) {
     for (int k = 0; k < static_cast<int>(kFlagChunk); ++k) {
         quiet[k] = static_cast<uint8_t>(level[k] < 10);
@@ -84,42 +145,47 @@ inline void FlagChunk(const uint16_t* __restrict level, uint8_t* __restrict quie
     }
 }
 
-// First frame from `from` to `frames` - 1 whose flag is `want`, or `frames`. Reads whole
-// words of eight flags; the padding keeps them inside the array.
+// Index of the first non-zero byte of a word read from memory.
+inline unsigned FirstByteSet(uint64_t word) {
+#if defined(__BYTE_ORDER__) && __BYTE_ORDER__ == __ORDER_BIG_ENDIAN__
+    return static_cast<unsigned>(__builtin_clzll(word)) / 8;
+#else
+    return static_cast<unsigned>(__builtin_ctzll(word)) / 8;
+#endif
+}
+
+// First frame from `from` to `frames` - 1 whose flag is `want`, or `frames`. Reads sixteen
+// flags at a time; the padding keeps the reads inside the array.
 inline unsigned FindFlag(const uint8_t* flags, unsigned from, unsigned frames, bool want) {
     constexpr uint64_t kOnes = 0x0101010101010101ull;
     const uint64_t flip = want ? 0 : kOnes;
-    for (unsigned i = from; i < frames; i += 8) {
-        uint64_t word;
-        memcpy(&word, flags + i, sizeof(word));
-        word ^= flip;
-        if (word != 0) {
-#if defined(__BYTE_ORDER__) && __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__
-            const unsigned hit = i + static_cast<unsigned>(__builtin_ctzll(word)) / 8;
-#else
-            unsigned hit = i;
-            while (flags[hit] != (want ? 1 : 0)) {
-                ++hit;
-            }
-#endif
+    for (unsigned i = from; i < frames; i += 16) {
+        uint64_t low;
+        uint64_t high;
+        memcpy(&low, flags + i, sizeof(low));
+        memcpy(&high, flags + i + 8, sizeof(high));
+        low ^= flip;
+        high ^= flip;
+        if ((low | high) != 0) {
+            const unsigned hit = low != 0 ? i + FirstByteSet(low) : i + 8 + FirstByteSet(high);
             return hit < frames ? hit : frames;
         }
     }
     return frames;
 }
 
-// The flags of one channel from its levels.
-inline void FlagChannel(StereoFlags& out, unsigned channel) {
+// The flags of one channel from its levels, from frame `from` on.
+inline void FlagChannel(StereoFlags& out, unsigned channel, unsigned from) {
     const unsigned frames = out.frames;
-    const uint16_t* level = out.level[channel] + 1;
+    const int16_t* level = out.level[channel] + 1;
     uint8_t* quiet = out.quiet[channel];
     uint8_t* drop = out.drop[channel];
-    unsigned f = 0;
+    unsigned f = from;
     for (; f + kFlagChunk <= frames; f += kFlagChunk) {
         FlagChunk(level + f, quiet + f, drop + f);
     }
     for (; f < frames; ++f) {
-        const uint16_t* at = level + f;  // at[-1] is the frame before, even for frame 0
+        const int16_t* at = level + f;  // at[-1] is the frame before, even for frame 0
         quiet[f] = static_cast<uint8_t>(at[0] < 10);
         drop[f] = DropFlag(at[-1], at[0], at[1]);
     }
@@ -132,12 +198,12 @@ inline void FlagChannel(StereoFlags& out, unsigned channel) {
 // Fills `out` for the first `frames` (<= 480) frames of the stereo `buffer`.
 inline void ComputeStereoFlags(const int32_t* buffer, unsigned frames, StereoFlags& out) {
     out.frames = frames;
-    uint16_t* left = out.level[0] + 1;
-    uint16_t* right = out.level[1] + 1;
+    int16_t* left = out.level[0] + 1;
+    int16_t* right = out.level[1] + 1;
     left[-1] = 0;
     right[-1] = 0;
-    left[frames] = 0xFFFF;
-    right[frames] = 0xFFFF;
+    left[frames] = INT16_MAX;
+    right[frames] = INT16_MAX;
     unsigned f = 0;
     for (; f + kFlagChunk <= frames; f += kFlagChunk) {
         detail::LevelChunk(buffer + 2 * f, left + f, right + f);
@@ -147,19 +213,29 @@ inline void ComputeStereoFlags(const int32_t* buffer, unsigned frames, StereoFla
         right[f] = detail::AbsLevel(buffer[2 * f + 1]);
     }
     for (unsigned c = 0; c < 2; ++c) {
-        detail::FlagChannel(out, c);
+        detail::FlagChannel(out, c, 0);
     }
 }
 
 // After the samples of `channel` changed from frame `from` on (a fade-in), its levels and flags
-// again; the other channel's stay as they are.
+// again; the other channel's stay as they are. The flags before frame `from` - 1 depend on
+// unchanged levels only.
 inline void RefreshStereoFlags(const int32_t* buffer, unsigned channel, unsigned from,
                                StereoFlags& out) {
-    uint16_t* level = out.level[channel] + 1;
-    for (unsigned f = from; f < out.frames; ++f) {
+    const unsigned frames = out.frames;
+    int16_t* level = out.level[channel] + 1;
+    unsigned f = from;
+    for (; f + kFlagChunk <= frames; f += kFlagChunk) {
+        if (channel == 0) {
+            detail::ChannelLevelChunk<0>(buffer + 2 * f, level + f);
+        } else {
+            detail::ChannelLevelChunk<1>(buffer + 2 * f, level + f);
+        }
+    }
+    for (; f < frames; ++f) {
         level[f] = detail::AbsLevel(buffer[2 * f + channel]);
     }
-    detail::FlagChannel(out, channel);
+    detail::FlagChannel(out, channel, from > 0 ? from - 1 : 0);
 }
 
 // FindRaisingEdgeIn on one channel.
