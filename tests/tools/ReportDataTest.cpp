@@ -1,5 +1,5 @@
-// The data behind the HTML reports' plots: decimation, the threshold steps, and the tuning grids
-// of orlune-config against the configuration.
+// The data behind the HTML reports' plots: decimation, spans, mark grouping, the threshold
+// steps, and the tuning grids of orlune-config against the configuration.
 #include <stdlib.h>
 
 #include <algorithm>
@@ -20,6 +20,7 @@
 #include "tools/config/ThresholdSteps.h"
 #include "tools/config/TuningGrid.h"
 #include "tools/report/Columns.h"
+#include "tools/report/Marks.h"
 
 namespace {
 
@@ -54,6 +55,36 @@ TEST(ReportData, DecimationKeepsEveryColumnsExtremesWhateverTheBlocks) {
                     << col;
         }
         EXPECT_EQ(0.9f, blocks.Max(blocks.ColumnOf(spike)));
+    }
+}
+
+TEST(ReportData, SpansFillExactlyTheColumnsTheyCover) {
+    MinMaxColumns m(100, 1000);
+    m.AddSpan(0, 3, -5.0f);       // shorter than a column
+    m.AddSpan(500, 800, -20.0f);  // thirty columns
+    for (int c = 0; c < 100; ++c) {
+        EXPECT_EQ(c == 0 || (c >= 50 && c < 80), m.Has(c)) << c;
+    }
+    EXPECT_EQ(-20.0f, m.Min(79));
+}
+
+TEST(ReportData, MarksShareMarkersOnlyBeyondTheBound) {
+    for (const auto& [marks, maxMarkers] :
+         std::map<size_t, size_t>{{4, 400}, {400, 400}, {401, 400}, {100000, 400}, {5000, 7}}) {
+        std::vector<int64_t> positions;
+        for (size_t i = 0; i < marks; ++i) {
+            positions.push_back(static_cast<int64_t>(i * 3600 * 48000 / marks));
+        }
+        size_t counted = 0;
+        const std::vector<MarkGroup> groups =
+                GroupMarks(positions, 3600LL * 48000, 1200, maxMarkers);
+        for (const MarkGroup& g : groups) {
+            EXPECT_EQ(counted, g.first);
+            counted += g.count;
+        }
+        EXPECT_EQ(marks, counted);
+        EXPECT_TRUE(marks <= maxMarkers ? groups.size() == marks : groups.size() <= maxMarkers)
+                << marks;
     }
 }
 
