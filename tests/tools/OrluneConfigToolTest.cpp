@@ -1,10 +1,9 @@
 // orlune-config on the generated sample device and on copies broken in several independent ways.
 #include <sys/stat.h>
-#include <sys/wait.h>
 
 #include <filesystem>
 #include <fstream>
-#include <sstream>
+#include <regex>
 #include <string>
 #include <vector>
 
@@ -12,6 +11,7 @@
 
 #include "tests/support/BuiltProgram.h"
 #include "tests/support/DeviceRoot.h"
+#include "RunProgram.h"
 
 namespace {
 
@@ -22,19 +22,6 @@ const std::string kTool =
 const std::string kSample = std::string(ORLUNE_BINARY_DIR) + "/sample-device";
 const char* const kMain = "kiv_config.xml";
 const char* const kVmap = "kiv_config_vmap.xml";
-
-// Exit status of one shell command (124 when the tool hangs); its standard output goes to `out`.
-int Shell(const std::string& command, std::string* out = nullptr) {
-    FILE* pipe = popen((command + " 2>/dev/null").c_str(), "r");
-    char buf[4096];
-    for (size_t n; pipe != nullptr && (n = fread(buf, 1, sizeof(buf), pipe)) > 0;) {
-        if (out != nullptr) {
-            out->append(buf, n);
-        }
-    }
-    const int status = pipe != nullptr ? pclose(pipe) : -1;
-    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-}
 
 int RunTool(const std::string& args, std::string* out = nullptr) {
     return Shell("timeout -k 2 60 " + kTool + " " + args, out);
@@ -49,10 +36,7 @@ protected:
                       fs::copy_options::overwrite_existing);
     }
     std::string Read(const std::string& name) const {
-        std::ifstream in(root.HostPath("/odm/etc/kiv/" + name));
-        std::stringstream text;
-        text << in.rdbuf();
-        return text.str();
+        return ReadText(root.HostPath("/odm/etc/kiv/" + name));
     }
     // Replaces the first `from` in a file of /odm/etc/kiv/.
     void Edit(const std::string& name, const std::string& from, const std::string& to) const {
@@ -97,15 +81,12 @@ TEST_F(ToolOnCopy, BrokenIdsRecordsAndElementsAreNamedWithTheirCause) {
     Edit(kVmap, "NUMID=\"41006\" ID=\"3013\" EXTID=\"3600\"",
          "NUMID=\"41006\" ID=\"3013\" EXTID=\"5000\"");
     Edit(kVmap, "</kiv_config_vmap>", "<NV NUMID=\"0\" ID=\"1\" EXTID=\"2\"/></kiv_config_vmap>");
-    std::string list;
-    for (int i = 0; i < 425; ++i) {
-        list += "7,";
-    }
     Edit(kMain, "</kiv_config>",
          "<NV ID=\"5000\" PARAM_VALUE=\"" + std::string(355, ',') +
                  "0\"/><NV ID=\"1001\" PARAM_VALUE=\"1\"/><NV ID=\"5001\" "
                  "PARAM_VALUE=\"{1,2,3}\"/><NV ID=\"5005\" PARAM_VALUE=\"" +
-                 list + "\"/></kiv_config>");
+                 std::regex_replace(std::string(425, '7'), std::regex("7"), "7,") +
+                 "\"/></kiv_config>");
     root.SetUiTypeNode("1\n");
     Check("--json", 1,
           {"\"pointer_set_resolved\": 412",

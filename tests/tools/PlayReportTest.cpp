@@ -2,7 +2,6 @@
 // page's size bound on a trace far busier than any run.
 #include <stdlib.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <filesystem>
@@ -14,6 +13,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/support/BuiltProgram.h"
+#include "RunProgram.h"
 #include "tools/play/EffectLoader.h"
 #include "tools/play/EffectLog.h"
 #include "tools/play/PlayReport.h"
@@ -26,17 +26,12 @@ const std::string kSample = std::string(ORLUNE_BINARY_DIR) + "/sample-device";
 
 using LadObserve = void (*)(void (*)(void*, int, float, float), void*);
 
-void Measured(void* context, int output, float peak, float rms) {
-    static_cast<RunRecorder*>(context)->OnDetectorMeasure(output != 0, peak, rms);
+void Measured(void* recorder, int output, float peak, float rms) {
+    static_cast<RunRecorder*>(recorder)->OnDetectorMeasure(output != 0, peak, rms);
 }
 
 ParamEvent At(double seconds, int id, int value) {
-    ParamEvent e;
-    e.seconds = seconds;
-    e.atStart = seconds < 0;
-    e.id = id;
-    e.intValue = value;
-    return e;
+    return {seconds, seconds < 0, ParamEvent::INT, id, value, 0.0f, ""};
 }
 
 // Plays the bundled sample through the shipped library, as orlune-play does with --report.
@@ -44,12 +39,9 @@ RunTrace Play(int block, const std::vector<ParamEvent>& events) {
     setenv("ORLUNE_DEVICE_ROOT", kSample.c_str(), 1);
     setenv("ORLUNE_PROPERTIES", (kSample + "/sample.properties").c_str(), 1);
     static EffectLoader loader;
-    static bool opened = false;
-    std::string error;
-    if (!opened) {
-        EffectLog::Install(false);
-        opened = loader.Open(DefaultLoaderPaths(), &error);
-    }
+    static std::string error;
+    static const bool opened =
+            (EffectLog::Install(false), loader.Open(DefaultLoaderPaths(), &error));
     EXPECT_TRUE(opened) << error;
     PlayOptions o;
     o.deviceRoot = kSample;
@@ -78,43 +70,36 @@ RunTrace Play(int block, const std::vector<ParamEvent>& events) {
     return recorder.Finish(result.framesFed);
 }
 
-struct Expected {
-    int64_t start;
-    int64_t end;  // -1: the run's end
-    std::string label;
-};
+using Segments = std::vector<std::tuple<int64_t, int64_t, std::string>>;  // start, end, label
 
 TEST(PlayReport, TimelineFollowsTheScriptedParametersAndLoggedTunings) {
     // Loudspeaker MUSIC, a swap at 0.5 s, GAME at 1 s, the wired headset at 2 s; the detector
     // measures on the loudspeaker after the stream start.
     const RunTrace t = Play(480, {At(-1, 51, 3), At(0.5, 5, 1), At(1.0, 35, 1), At(2.0, 12, 2)});
-    const std::map<int, std::vector<Expected>> rows = {
-            {ROW_DEVICE, {{0, 96000, "loudspeaker"}, {96000, -1, "wired headset"}}},
+    const int64_t end = t.span;
+    const std::map<int, Segments> rows = {
+            {ROW_DEVICE, {{0, 96000, "loudspeaker"}, {96000, end, "wired headset"}}},
             {ROW_FOLD, {{0, 96000, "FULL"}}},
             {ROW_SCENE, {{0, 48000, "MUSIC"}, {48000, 96000, "GAME"}}},
-            {ROW_LEVEL, {{0, -1, "ONE"}}},
-            {ROW_HP_MODE, {{96000, -1, "HP_3D_OFF / DEFAULT_MODE"}}},
+            {ROW_LEVEL, {{0, end, "ONE"}}},
+            {ROW_HP_MODE, {{96000, end, "HP_3D_OFF / DEFAULT_MODE"}}},
             {ROW_TUNING,
              {{0, 48000, "4001: 1003/1200"},
               {48000, 96000, "4021: 1017/1202"},
-              {96000, -1, "41001: 3003/3600"}}},
+              {96000, end, "41001: 3003/3600"}}},
             // 9600 frames of cross-fade from the block at 0.5 s.
             {ROW_SWAP,
              {{24000, 33600, "cross-fade"},
               {33600, 96000, "left/right swapped"},
-              {96000, -1, "left/right swapped (not heard: needs the loudspeaker, effect on)"}}},
+              {96000, end, "left/right swapped (not heard: needs the loudspeaker, effect on)"}}},
             {ROW_GUARD, {}},
     };
-    for (const auto& row : rows) {
-        const std::vector<Segment>& got = t.rows[row.first].segments;
-        ASSERT_EQ(row.second.size(), got.size()) << t.rows[row.first].name;
-        for (size_t i = 0; i < got.size(); ++i) {
-            const Expected& e = row.second[i];
-            EXPECT_EQ(e.label, got[i].label) << t.rows[row.first].name;
-            EXPECT_EQ(e.start, got[i].start) << got[i].label;
-            EXPECT_EQ(e.end < 0 ? t.rows[ROW_DEVICE].segments.back().end : e.end, got[i].end)
-                    << got[i].label;
+    for (const auto& [row, want] : rows) {
+        Segments got;
+        for (const Segment& s : t.rows[row].segments) {
+            got.emplace_back(s.start, s.end, s.label);
         }
+        EXPECT_EQ(want, got) << t.rows[row].name;
     }
     ASSERT_EQ(4u, t.params.size() - 3);  // after the default 0=1, 32=1, 12=1
     EXPECT_EQ(24000, t.params[4].frame);
@@ -126,18 +111,19 @@ TEST(PlayReport, TimelineFollowsTheScriptedParametersAndLoggedTunings) {
 TEST(PlayReport, EdgesSitAtTheSamplesHardStartsAndStopsAtAnyBlockSize) {
     // The sample's tones start at 0.25 s and stop at 2.75 s on both channels.
     for (int block : {480, 1440, 256, 4800}) {
+        SCOPED_TRACE(block);
         const RunTrace t = Play(block, {});
-        ASSERT_EQ(4u, t.edges.size()) << block;
+        ASSERT_EQ(4u, t.edges.size());
         for (size_t i = 0; i < 4; ++i) {
-            EXPECT_EQ(i < 2 ? 12000 : 132000, t.edges[i].frame) << block << " edge " << i;
-            EXPECT_EQ(static_cast<int>(i % 2), t.edges[i].channel);
-            EXPECT_EQ(i < 2, t.edges[i].rising);
-            EXPECT_TRUE(t.edges[i].faded);
+            const EdgeMark& e = t.edges[i];
+            EXPECT_EQ(std::make_tuple(i < 2 ? 12000 : 132000, static_cast<int>(i % 2), i < 2, true),
+                      std::make_tuple(e.frame, e.channel, e.rising, e.faded))
+                    << i;
             // The zoomed input shows the step at the edge.
-            ASSERT_EQ(static_cast<size_t>(RunTrace::kZoomLength), t.edges[i].before.size());
-            const float at = t.edges[i].before[RunTrace::kZoomBefore];
-            const float ahead = t.edges[i].before[RunTrace::kZoomBefore - 1];
-            EXPECT_NE(at == 0.0f, ahead == 0.0f) << block << " edge " << i;
+            ASSERT_EQ(static_cast<size_t>(RunTrace::kZoomLength), e.before.size());
+            EXPECT_NE(e.before[RunTrace::kZoomBefore] == 0.0f,
+                      e.before[RunTrace::kZoomBefore - 1] == 0.0f)
+                    << i;
         }
     }
 }
@@ -195,7 +181,7 @@ TEST(PlayCommandLine, RefusesWhatWouldHarmAndSaysWhatIsLost) {
     std::filesystem::remove_all(dir);
     std::filesystem::create_directories(dir);
     const std::string input = std::string(ORLUNE_BINARY_DIR) + "/sample-input.wav";
-    const std::string copy = dir + "/in.wav";
+    const std::string copy = dir + "/in.wav", out = " " + dir + "/o.wav";
     std::filesystem::copy_file(input, copy);
     std::filesystem::create_hard_link(copy, dir + "/link.wav");
     ASSERT_EQ(0, mkfifo((dir + "/fifo.properties").c_str(), 0644));
@@ -208,26 +194,16 @@ TEST(PlayCommandLine, RefusesWhatWouldHarmAndSaysWhatIsLost) {
     const std::tuple<std::string, int, const char*> cases[] = {
             {props + copy + " " + dir + "/link.wav", 1, "is the input file"},
             {props + copy + " " + dir + "/../play-cli/in.wav", 1, "is the input file"},
-            {"--properties " + dir + "/none " + copy + " " + dir + "/o.wav", 1,
-             "cannot read --properties"},
-            {"--properties " + dir + "/fifo.properties " + copy + " " + dir + "/o.wav", 1,
-             "not a regular file"},
-            {props + "--block 7201 " + copy + " " + dir + "/o.wav", 1, "from 1 to 7200"},
-            {props + "--at 999:12=2 " + copy + " " + dir + "/o.wav", 0,
+            {"--properties " + dir + "/none " + copy + out, 1, "cannot read --properties"},
+            {"--properties " + dir + "/fifo.properties " + copy + out, 1, "not a regular file"},
+            {props + "--block 7201 " + copy + out, 1, "from 1 to 7200"},
+            {props + "--at 999:12=2 " + copy + out, 0,
              "at 999.00 s: 12=2 lies past the end of the input"},
     };
     for (const auto& [args, status, text] : cases) {
-        SCOPED_TRACE(args);
-        FILE* pipe = popen((program + args + " 2>&1").c_str(), "r");
-        ASSERT_NE(nullptr, pipe);
-        std::string out;
-        char buf[4096];
-        for (size_t n; (n = fread(buf, 1, sizeof(buf), pipe)) > 0;) {
-            out.append(buf, n);
-        }
-        const int exit = pclose(pipe);
-        EXPECT_EQ(status, WIFEXITED(exit) ? WEXITSTATUS(exit) : -1) << out;
-        EXPECT_NE(std::string::npos, out.find(text)) << out;
+        std::string said;
+        EXPECT_EQ(status, Shell(program + args, &said, true)) << args << "\n" << said;
+        EXPECT_NE(std::string::npos, said.find(text)) << args << "\n" << said;
     }
     EXPECT_EQ(std::filesystem::file_size(input), std::filesystem::file_size(copy));
     std::filesystem::remove_all(dir);
