@@ -24,14 +24,6 @@ int16_t Value(size_t i, int sign) {
     return static_cast<int16_t>(sign * static_cast<int>(i + 1));
 }
 
-void WriteTable(const DeviceRoot& root, const std::string& name, size_t values, int sign = 1) {
-    std::vector<int16_t> data(values);
-    for (size_t i = 0; i < values; ++i) {
-        data[i] = Value(i, sign);
-    }
-    root.WriteTableValues(name, data);
-}
-
 // The first `read` of a table's `size` values hold the file's, the rest are zero.
 void ExpectFilled(const int16_t* table, size_t read, size_t size, int sign = 1) {
     if (read > 0) {
@@ -59,9 +51,9 @@ TEST(ReadTWS, BothFilesOrNothingAndShortFilesStopAtTheirFirstMissingScene) {
         SCOPED_TRACE(message);
         memset(Orlune::gTwsConfigRaw, 0, sizeof(Orlune::gTwsConfigRaw));
         DeviceRoot root;
-        WriteTable(root, "tws_config1.bin", file1);
+        root.WriteTable("tws_config1.bin", file1);
         if (file2 > 0) {
-            WriteTable(root, "tws_config2.bin", file2, -1);
+            root.WriteTable("tws_config2.bin", file2, -1);
         }
         LogCapture log;
         EXPECT_EQ(0, Orlune::ReadTWS(Orlune::gTwsConfig, kTwsSceneWords));
@@ -102,7 +94,7 @@ TEST(BinaryReaders, LengthMissingShortAndFullFiles) {
     for (const auto& [file, read, table, size, written, message, priority] : cases) {
         SCOPED_TRACE(message);
         EXPECT_EQ(-1, read()) << "missing " << file;
-        WriteTable(root, file, written);
+        root.WriteTable(file, written);
         log.Clear();
         EXPECT_EQ(0, read());
         EXPECT_EQ(1, log.Count(message, kTag, priority)) << log.Dump();
