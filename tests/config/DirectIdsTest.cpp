@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <set>
+#include <tuple>
 
 #include "effect/orlune.h"
 
@@ -81,10 +82,9 @@ TEST(DirectIds, PublishedSetResolvesLikeItsMapsAtEverySlotEdge) {
     for (int id : probes) {
         const Outcome a = ResolveIn(published, id);
         const Outcome b = ResolveIn(copy, id);
-        EXPECT_EQ(a.result, b.result) << id;
-        EXPECT_EQ(a.ids.ID, b.ids.ID) << id;
-        EXPECT_EQ(a.ids.EXTID, b.ids.EXTID) << id;
-        ASSERT_EQ(a.para == nullptr, b.para == nullptr) << id;
+        ASSERT_EQ(std::make_tuple(a.result, a.ids.ID, a.ids.EXTID, a.para == nullptr),
+                  std::make_tuple(b.result, b.ids.ID, b.ids.EXTID, b.para == nullptr))
+                << id;
         if (a.para != nullptr) {
             ++found;
             // Each set hands out its own records, with the same content.
