@@ -25,10 +25,14 @@ std::string RealConfig(const char* base, const char* ext) {
     return p != nullptr ? p : "(null)";
 }
 
-// A device path that exists as a name but cannot be resolved.
-void DanglingLink(const DeviceRoot& root, const std::string& devicePath) {
-    fs::create_directories(fs::path(root.HostPath(devicePath)).parent_path());
-    fs::create_symlink(root.HostPath("/nowhere"), root.HostPath(devicePath));
+// Writes `text` at a device path; null writes nothing, and "" a name that cannot be resolved.
+void Put(const DeviceRoot& root, const std::string& devicePath, const char* text) {
+    if (text != nullptr && text[0] == '\0') {
+        fs::create_directories(fs::path(root.HostPath(devicePath)).parent_path());
+        fs::create_symlink(root.HostPath("/nowhere"), root.HostPath(devicePath));
+    } else if (text != nullptr) {
+        root.WriteFile(devicePath, text);
+    }
 }
 
 // A main file whose only record, 41, carries `marker` as its first word.
@@ -65,15 +69,9 @@ TEST(ProductName, BothNodesAreReadInOrderAndTheNameSelectsTheFile) {
         for (const char* suffix : {"", "_ALPHA", "_BETA", "_GAMMA"}) {
             root.WriteKiv(std::string("kiv_config") + suffix + ".xml", "<a/>");
         }
-        DanglingLink(root, "/odm/etc/kiv/kiv_config_DELTA.xml");
-        const char* nodes[] = {node0, node1};
-        for (int i = 0; i < 2; ++i) {
-            if (nodes[i] != nullptr && nodes[i][0] == '\0') {
-                DanglingLink(root, kNodes[i]);
-            } else if (nodes[i] != nullptr) {
-                root.WriteFile(kNodes[i], nodes[i]);
-            }
-        }
+        Put(root, "/odm/etc/kiv/kiv_config_DELTA.xml", "");
+        Put(root, kNodes[0], node0);
+        Put(root, kNodes[1], node1);
         Orlune::gProductName[0] = '\0';
         Orlune::gGetProductNameResult = 0;
         LogCapture log;

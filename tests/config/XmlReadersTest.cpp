@@ -66,7 +66,6 @@ std::vector<std::string> Split(std::string text, const char* delimiters = kXmlDe
 TEST(ValueTokens, SplitAtEveryDelimiterAndReadLikeStrtolInBase16) {
     EXPECT_EQ((std::vector<std::string>{"1A", "FF", "0x10", "7", "8", "9", "a\vb"}),
               Split("{1A;FF}[0x10]=7\t8\n9\r ,a\vb,,;"));
-    EXPECT_TRUE(Split(" ,;{}[]=\t\n\r").empty());
     // Edge cases, then random tokens: a token reads as strtol's low 16 bits, and fits when
     // strtol's whole number is a 16-bit word, signed or unsigned.
     std::vector<std::string> tokens =
@@ -182,9 +181,15 @@ std::string LogsOf(StartHandler handler, const char* name, const std::vector<std
     return out;
 }
 
-std::string Mapped(const char* numId, const char* id, const char* extId) {
-    return std::string("4 StartElementMapTable attrNUMIDValue:") + numId + ", attrIDValue:" + id +
-           ", attrIDValue:" + extId + "|";
+using ElementCase = std::tuple<StartHandler, const char*, std::vector<std::string>, std::string>;
+
+// A mapping element of the virtual-map file and the line it logs (with NUMID as read).
+ElementCase Mapping(const char* numId, const char* id, const char* extId, const char* read) {
+    return {Orlune::StartElementMapTable,
+            "NV",
+            {"NUMID", numId, "ID", id, "EXTID", extId},
+            std::string("4 StartElementMapTable attrNUMIDValue:") + read + ", attrIDValue:" + id +
+                    ", attrIDValue:" + extId + "|"};
 }
 
 TEST(XmlElements, EachElementLogsItsLinesAndTheFirstEntryForAnIdStays) {
@@ -192,7 +197,7 @@ TEST(XmlElements, EachElementLogsItsLinesAndTheFirstEntryForAnIdStays) {
     const std::string noValues = "6 StartElement() paramPtr or elem is null, elemNum: 0|";
     const std::string stored = "4 XMLLengthCheck:41|4 attrIDValue:41|";
     const std::string fits = "5" + std::string(2998, ' ');
-    const std::tuple<StartHandler, const char*, std::vector<std::string>, std::string> cases[] = {
+    const ElementCase cases[] = {
             {main, "NV", {"ID", "41"}, "6 StartElement() attrValue is null|"},
             {main, "OTHER", {"ID", "41", "PARAM_VALUE", "1"}, ""},
             {main, "NV", {"ID", "41", "PARAM_VALUE", "11"}, stored},
@@ -207,15 +212,9 @@ TEST(XmlElements, EachElementLogsItsLinesAndTheFirstEntryForAnIdStays) {
              "NV",
              {"ID", "30160", "PARAM_VALUE", "6" + fits},
              "6 StartElement() strcpy_s fail|" + noValues},
-            {vmap,
-             "NV",
-             {"NUMID", "41000", "ID", "41", "EXTID", "42"},
-             Mapped("41000", "41", "42")},
-            {vmap,
-             "NV",
-             {"NUMID", "0xA028", "ID", "43", "EXTID", "44"},
-             Mapped("41000", "43", "44")},
-            {vmap, "NV", {"NUMID", "0", "ID", "41", "EXTID", "42"}, Mapped("0", "41", "42")},
+            Mapping("41000", "41", "42", "41000"),
+            Mapping("0xA028", "43", "44", "41000"),
+            Mapping("0", "41", "42", "0"),
             {vmap,
              "NV",
              {"NUMID", "41001", "ID", "41"},
