@@ -68,7 +68,6 @@ TEST_F(HeadphoneModesTest, ModeAndKindFromTheSettingsAndTheChannels) {
         }
         o->mIoInfo.enable = 1;
         o->SetNsForHeadsetOrA2dp(c.channels);
-        EXPECT_EQ(o->hpModeIndex * 10 + o->hpMultiKind, c.index * 10 + c.kind);
         // Each situation reaches the records of its own id.
         EXPECT_EQ(LastMainId(), 1000 + vid::HeadphoneKey(c.index, c.kind, VOL_TWO));
         EXPECT_EQ(ExtWord(334) >> 8, c.channels);
@@ -102,10 +101,6 @@ TEST_F(HeadphoneModesTest, MissingModesAndUnknownSettingsKeepTheRecordsAndFailur
     AddMode(41081, 5000, false);
     o->SetNsForHeadsetOrA2dp(2);
     EXPECT_EQ(LastMainId(), listen);
-    {
-        TablesPin tables(*o);  // as a block holds them
-        EXPECT_EQ(o->FindParamForHP(), -1);
-    }
     // An unknown mode value with a 3D mode set changes nothing, not even the level.
     o->KivParamsSetInt(kIdHpModeUi0, 9);
     o->KivParamsSetInt(kIdHp3dMode, 2);
