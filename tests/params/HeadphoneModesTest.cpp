@@ -153,7 +153,6 @@ TEST_F(HeadphoneModesTest, OverlaysReachTheAlgorithm) {
     }
     o->HP_PREGAIN = -300;
     o->SetNsForHeadsetOrA2dp(2);
-    EXPECT_EQ(o->HP_EQ[0], 200);
     EXPECT_EQ(MainWord(145) >> 8, 200);
     EXPECT_EQ(MainWord(157) >> 8, 200);
     EXPECT_EQ(MainWord(166), 0xF400);
