@@ -6,6 +6,7 @@
 #include <memory>
 #include <string>
 #include <tuple>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -24,23 +25,10 @@ int16_t Value(size_t i, int sign) {
     return static_cast<int16_t>(sign * static_cast<int>(i + 1));
 }
 
-void WriteTable(const DeviceRoot& root, const std::string& name, size_t values, int sign = 1) {
-    std::vector<int16_t> data(values);
-    for (size_t i = 0; i < values; ++i) {
-        data[i] = Value(i, sign);
-    }
-    root.WriteTableValues(name, data);
-}
-
 // The first `read` of a table's `size` values hold the file's, the rest are zero.
 void ExpectFilled(const int16_t* table, size_t read, size_t size, int sign = 1) {
-    if (read > 0) {
-        EXPECT_EQ(Value(0, sign), table[0]);
-        EXPECT_EQ(Value(read - 1, sign), table[read - 1]);
-    }
-    if (read < size) {
-        EXPECT_EQ(0, table[read]);
-        EXPECT_EQ(0, table[size - 1]);
+    for (size_t i : {size_t{0}, read - 1, read, size - 1}) {  // read - 1 wraps when read is 0
+        EXPECT_EQ(i < read ? Value(i, sign) : 0, i < size ? table[i] : 0) << i;
     }
 }
 
@@ -59,9 +47,9 @@ TEST(ReadTWS, BothFilesOrNothingAndShortFilesStopAtTheirFirstMissingScene) {
         SCOPED_TRACE(message);
         memset(Orlune::gTwsConfigRaw, 0, sizeof(Orlune::gTwsConfigRaw));
         DeviceRoot root;
-        WriteTable(root, "tws_config1.bin", file1);
+        root.WriteTable("tws_config1.bin", file1);
         if (file2 > 0) {
-            WriteTable(root, "tws_config2.bin", file2, -1);
+            root.WriteTable("tws_config2.bin", file2, -1);
         }
         LogCapture log;
         EXPECT_EQ(0, Orlune::ReadTWS(Orlune::gTwsConfig, kTwsSceneWords));
@@ -102,7 +90,7 @@ TEST(BinaryReaders, LengthMissingShortAndFullFiles) {
     for (const auto& [file, read, table, size, written, message, priority] : cases) {
         SCOPED_TRACE(message);
         EXPECT_EQ(-1, read()) << "missing " << file;
-        WriteTable(root, file, written);
+        root.WriteTable(file, written);
         log.Clear();
         EXPECT_EQ(0, read());
         EXPECT_EQ(1, log.Count(message, kTag, priority)) << log.Dump();
@@ -138,14 +126,14 @@ TEST(ConfigPointers, EachVisitedIdHangsItsSceneAndTheSharedTables) {
     for (const auto& [virtualId, extId, scene] : cases) {
         SCOPED_TRACE(virtualId);
         const AudioOrluneMobileParaExt& ext = PublishedTables().gRealMapTableExt.at(extId);
-        const bool visited = scene >= 0;
-        EXPECT_EQ(visited ? Scene(0, scene) : nullptr, ext.twsTable1);
-        EXPECT_EQ(visited ? Scene(1, scene) : nullptr, ext.twsTable2);
-        EXPECT_EQ(visited ? Orlune::gLphConfig : nullptr, ext.lphTable);
-        EXPECT_EQ(visited ? Orlune::gX2BConfig : nullptr, ext.surTable);
-        EXPECT_EQ(visited ? Orlune::gTehConfig : nullptr, ext.tehTable);
-        EXPECT_EQ(visited ? Orlune::gAscConfig1 : nullptr, ext.ascTable1);
-        EXPECT_EQ(visited ? Orlune::gAscConfig2 : nullptr, ext.ascTable2);
+        using Tables = std::vector<const void*>;
+        const Tables got = {ext.twsTable1, ext.twsTable2, ext.lphTable, ext.surTable,
+                            ext.tehTable,  ext.ascTable1, ext.ascTable2};
+        EXPECT_EQ((scene < 0 ? Tables(7, nullptr)
+                             : Tables{Scene(0, scene), Scene(1, scene), Orlune::gLphConfig,
+                                      Orlune::gX2BConfig, Orlune::gTehConfig, Orlune::gAscConfig1,
+                                      Orlune::gAscConfig2}),
+                  got);
     }
     // Virtual id 0 reaches the built-in zero record.
     EXPECT_EQ(Scene(0, 0), PublishedTables().gRealMapTableExt.at(0).twsTable1);

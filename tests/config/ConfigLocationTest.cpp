@@ -1,5 +1,6 @@
 // Finding configuration files: product name nodes, product-specific before generic names, path
-// limits, the local version, and the choice of the over-the-air copy and of region files.
+// limits, the local version, and the choice of the over-the-air copy (taken whole or not at all)
+// and of region files.
 #include <string.h>
 
 #include <filesystem>
@@ -24,10 +25,14 @@ std::string RealConfig(const char* base, const char* ext) {
     return p != nullptr ? p : "(null)";
 }
 
-// A device path that exists as a name but cannot be resolved.
-void DanglingLink(const DeviceRoot& root, const std::string& devicePath) {
-    fs::create_directories(fs::path(root.HostPath(devicePath)).parent_path());
-    fs::create_symlink(root.HostPath("/nowhere"), root.HostPath(devicePath));
+// Writes `text` at a device path; null writes nothing, and "" a name that cannot be resolved.
+void Put(const DeviceRoot& root, const std::string& devicePath, const char* text) {
+    if (text != nullptr && text[0] == '\0') {
+        fs::create_directories(fs::path(root.HostPath(devicePath)).parent_path());
+        fs::create_symlink(root.HostPath("/nowhere"), root.HostPath(devicePath));
+    } else if (text != nullptr) {
+        root.WriteFile(devicePath, text);
+    }
 }
 
 // A main file whose only record, 41, carries `marker` as its first word.
@@ -64,15 +69,9 @@ TEST(ProductName, BothNodesAreReadInOrderAndTheNameSelectsTheFile) {
         for (const char* suffix : {"", "_ALPHA", "_BETA", "_GAMMA"}) {
             root.WriteKiv(std::string("kiv_config") + suffix + ".xml", "<a/>");
         }
-        DanglingLink(root, "/odm/etc/kiv/kiv_config_DELTA.xml");
-        const char* nodes[] = {node0, node1};
-        for (int i = 0; i < 2; ++i) {
-            if (nodes[i] != nullptr && nodes[i][0] == '\0') {
-                DanglingLink(root, kNodes[i]);
-            } else if (nodes[i] != nullptr) {
-                root.WriteFile(kNodes[i], nodes[i]);
-            }
-        }
+        Put(root, "/odm/etc/kiv/kiv_config_DELTA.xml", "");
+        Put(root, kNodes[0], node0);
+        Put(root, kNodes[1], node1);
         Orlune::gProductName[0] = '\0';
         Orlune::gGetProductNameResult = 0;
         LogCapture log;
@@ -97,8 +96,6 @@ TEST(FileRealPath, PathsAreLimitedTo127CharactersAndTheWordNullIsNoPath) {
     ASSERT_NE(nullptr, Orlune::GetFileRealPath(fits.c_str(), out, sizeof(out)));
     EXPECT_EQ("/odm/etc/" + fits, std::string(out));
     EXPECT_EQ(nullptr, Orlune::GetFileRealPath(tooLong.c_str(), out, sizeof(out)));
-    EXPECT_TRUE(Orlune::CheckFileExists(fits.c_str()));
-    EXPECT_FALSE(Orlune::CheckFileExists(tooLong.c_str()));
     for (const char* none : {static_cast<const char*>(nullptr), "", "null", "NuLL"}) {
         EXPECT_TRUE(IsNoPath(none));
     }
@@ -119,47 +116,61 @@ TEST(VersionInfo, NumberFromIndexEightOfTheLastMatchingWord) {
     for (const auto& [text, version] : cases) {
         SCOPED_TRACE(text.substr(0, 24));
         DeviceRoot root;
-        root.SetVersionText(text);
+        root.WriteKiv("version.txt", text);
         EXPECT_EQ(version, Orlune::GetVersionInfo("/odm/etc/kiv/"));
     }
     DeviceRoot root;
     EXPECT_EQ(-1, Orlune::GetVersionInfo("/odm/etc/kiv/"));
 }
 
-TEST(OtaChoice, DownloadedFileNeedsAStrictlyNewerVersionAndALocalOne) {
-    // version.txt (null: none), whether a local file exists, the over-the-air offer (0 no
-    // directory, 1 no file, 2 version 2.0.0, i.e. 200), the file read (1 local, 2 downloaded,
-    // -1 none), and an error line.
-    const std::tuple<const char*, bool, int, int, const char*> cases[] = {
-            {"version=1.9.9", true, 2, 2, nullptr},
-            {"version=2.0.0", true, 2, 1, nullptr},
-            {nullptr, true, 2, 1, nullptr},
-            {"version=1", false, 2, 2, nullptr},
-            {"version=1", true, 0, 1,
+TEST(OtaChoice, DownloadedFileNeedsAStrictlyNewerVersionALocalOneAndIsTakenWhole) {
+    const std::string good = XmlDocument({NvRecord(30160, {9}), NvRecord(41, {2})});
+    const std::string cut = good.substr(0, good.find("ID=\"41\"") + 12);
+    // version.txt (null: none), whether a local file (marker 1) exists, the over-the-air text
+    // and version (null: no directory, "": the directory only), the marker read (2: the
+    // downloaded file, -1: none), and an error line.
+    const std::tuple<const char*, bool, std::string, const char*, int, const char*> cases[] = {
+            {"version=1.9.9", true, good, "2.0.0", 2, nullptr},
+            {"version=2.0.0", true, good, "2.0.0", 1, nullptr},
+            {nullptr, true, good, "2.0.0", 1, nullptr},
+            {"version=1", false, good, "2.0.0", 2, nullptr},
+            {"version=1", true, "", nullptr, 1,
              "KivReadConfigFromXML 764: get_download_cfg_file return nullptr"},
-            {"version=1", true, 1, 1, "KivReadConfigFromXML 767: cota kiv_config.xml not found"},
-            {"version=1", false, 0, -1, "read kiv_config.xml:path is null"},
+            {"version=1", true, "", "", 1,
+             "KivReadConfigFromXML 767: cota kiv_config.xml not found"},
+            {"version=1", false, "", nullptr, -1, "read kiv_config.xml:path is null"},
+            {"version=1", true, cut, "2.0", 1,
+             "is not well-formed, reading the local kiv_config.xml instead"},
+            {"version=1", true, "<root><other/></root>", "2.0", 1,
+             "holds no record, reading the local"},
+            {"version=1", true, "", "2.0", 1, "is not well-formed, reading the local"},
+            {"version=1", true, good, "99999999999.9", 1,
+             "KivReadConfigFromXML cota kiv_config.xml version out of range: 999999999999"},
     };
-    for (const auto& [versionText, localXml, ota, marker, error] : cases) {
-        SCOPED_TRACE(testing::Message() << (versionText != nullptr ? versionText : "-") << " "
-                                        << localXml << " " << ota);
+    for (const auto& [versionText, localXml, ota, otaVersion, marker, error] : cases) {
+        SCOPED_TRACE(testing::Message()
+                     << (versionText != nullptr ? versionText : "-") << " " << localXml << " "
+                     << ota.substr(0, 60) << " " << (otaVersion != nullptr ? otaVersion : "-"));
         DeviceRoot root;
         if (localXml) {
             root.WriteKiv("kiv_config.xml", MainWithMarker(1));
         }
         if (versionText != nullptr) {
-            root.SetVersionText(versionText);
+            root.WriteKiv("version.txt", versionText);
         }
-        if (ota == 2) {
-            root.SetOta(MainWithMarker(2), "2.0.0");
-        } else if (ota == 1) {
+        if (otaVersion != nullptr && otaVersion[0] == '\0') {
             root.SetOtaDirOnly();
+        } else if (otaVersion != nullptr) {
+            root.SetOta(ota, otaVersion);
         }
         ForgetRecord41();
+        Orlune::gVolumeThrRaw[0] = 5;
         LogCapture log;
         Orlune::KivReadConfigFromXML(false);
         EXPECT_EQ(marker, LoadedMarker());
-        EXPECT_TRUE(error == nullptr || log.Has(error, kTag, ANDROID_LOG_ERROR)) << log.Dump();
+        EXPECT_EQ(marker == 2 ? 9 : 5, Orlune::gVolumeThrRaw[0]);  // nothing of a cut file
+        EXPECT_TRUE(error == nullptr || log.CountContaining(error, kTag, ANDROID_LOG_ERROR) == 1)
+                << log.Dump();
     }
 }
 

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <set>
+#include <tuple>
 
 #include "effect/orlune.h"
 
@@ -21,19 +22,22 @@ Outcome ResolveIn(const ParamTableSet& tables, int id) {
     return o;
 }
 
-// Every id the mode logic can compose is distinct, decodes to its coordinates and has a slot
-// of its own; nothing else is needed for the direct tables to stand in for the maps.
-TEST(DirectIds, EveryComposedIdHasItsOwnSlot) {
-    std::set<int32_t> ids, slots;
+// Every id the mode logic can compose; each decodes to its coordinates and has a slot.
+std::set<int32_t> ComposedIds() {
+    std::set<int32_t> ids;
+    auto add = [&ids](int32_t id, bool decodes) {
+        EXPECT_TRUE(decodes && DirectIds::Slot(id) >= 0 && DirectIds::Slot(id) < DirectIds::kSlots)
+                << id;
+        ids.insert(id);
+    };
     for (int f = 0; f < vid::kSpeakerFolds; ++f) {
         for (int o = 0; o < vid::kSpeakerOrientations; ++o) {
             for (int s = 0; s < vid::kSpeakerScenes; ++s) {
                 for (int l = 0; l < vid::kLevels; ++l) {
-                    const int32_t id = vid::SpeakerId(f, o, s, l);
-                    const vid::SpeakerCoordinates c = vid::DecodeSpeakerId(id);
-                    EXPECT_TRUE(c.fold == f && c.orientation == o && c.scene == s && c.level == l);
-                    ids.insert(id);
-                    slots.insert(DirectIds::Slot(id));
+                    const vid::SpeakerCoordinates c =
+                            vid::DecodeSpeakerId(vid::SpeakerId(f, o, s, l));
+                    add(vid::SpeakerId(f, o, s, l),
+                        c.fold == f && c.orientation == o && c.scene == s && c.level == l);
                 }
             }
         }
@@ -41,52 +45,48 @@ TEST(DirectIds, EveryComposedIdHasItsOwnSlot) {
     for (int m = 0; m < vid::kHeadphoneModes; ++m) {
         for (int k = 0; k < vid::kHeadphoneKinds; ++k) {
             for (int l = 0; l < vid::kLevels; ++l) {
-                const int32_t id = vid::HeadphoneId(m, k, l);
-                const vid::HeadphoneCoordinates c = vid::DecodeHeadphoneId(id);
-                EXPECT_TRUE(c.mode == m && c.kind == k && c.level == l) << id;
-                ids.insert(id);
-                slots.insert(DirectIds::Slot(id));
+                const vid::HeadphoneCoordinates c =
+                        vid::DecodeHeadphoneId(vid::HeadphoneId(m, k, l));
+                add(vid::HeadphoneId(m, k, l), c.mode == m && c.kind == k && c.level == l);
             }
         }
     }
-    const size_t count = 3 * 2 * 9 * 7 + 9 * 4 * 7;
-    EXPECT_EQ(count, ids.size());
-    EXPECT_EQ(count, slots.size());
-    EXPECT_GE(*slots.begin(), 0);
-    EXPECT_LT(*slots.rbegin(), DirectIds::kSlots);
+    EXPECT_EQ(ids.size(), 3u * 2 * 9 * 7 + 9 * 4 * 7);  // all distinct
+    return ids;
 }
 
-TEST(DirectIds, PublishedSetResolvesLikeItsMapsAtEverySlotEdge) {
+// Every composed id names records of its own, so two ids sharing a slot would answer wrongly.
+TEST(DirectIds, PublishedSetResolvesLikeItsMapsForEveryComposedIdAndAtEverySlotEdge) {
+    // Found, record missing (main, extended; ids that are not composed), and ids at the edges of
+    // the slot ranges and just outside them (which the maps still resolve). Records carry their id.
+    std::set<int32_t> found = ComposedIds();
+    found.insert({0, 4006, 4400, 4799, 11999, 41000, 41719, 4800, 12000, 41720, -20});
     {
         ConfigUpdate update;
         ParamTableSet& t = update.Tables();
-        // Found, record missing (main, extended), and ids at the edges of the slot ranges and
-        // just outside them (which the maps still resolve). Records carry their id.
-        const int found[] = {0, 4006, 4400, 4799, 11999, 41000, 41719, 4800, 12000, 41720, -20};
         for (int id : found) {
             t.gVituralMapTable[id] = RealParamIdStru{id * 2 + 1, id * 2};
             t.gRealMapTable[id * 2 + 1].words[0] = static_cast<int16_t>(id);
             t.gRealMapTableExt[id * 2].words[0] = static_cast<int16_t>(id);
         }
-        t.gVituralMapTable[20] = RealParamIdStru{7001, 7002};  // no main record
+        t.gVituralMapTable[27] = RealParamIdStru{7001, 7002};  // no main record
         t.gRealMapTableExt[7002] = AudioOrluneMobileParaExt{};
-        t.gVituralMapTable[41081] = RealParamIdStru{7003, 7004};  // no extended record
+        t.gVituralMapTable[41087] = RealParamIdStru{7003, 7004};  // no extended record
         t.gRealMapTable[7003] = AudioOrluneMobilePara{};
     }
     const ParamTableSet& published = PublishedTables();
     const ParamTableSet copy = published;
-    const int probes[] = {0,     1,     20,    4006,  4007,  4400,  4799,  4800, 8000,
-                          11999, 12000, 40999, 41000, 41081, 41719, 41720, -20,  -1};
-    int found = 0;
+    std::set<int32_t> probes = found;
+    probes.insert({7, 27, 4007, 8000, 40999, 41087, -1});
+    size_t resolved = 0;
     for (int id : probes) {
         const Outcome a = ResolveIn(published, id);
         const Outcome b = ResolveIn(copy, id);
-        EXPECT_EQ(a.result, b.result) << id;
-        EXPECT_EQ(a.ids.ID, b.ids.ID) << id;
-        EXPECT_EQ(a.ids.EXTID, b.ids.EXTID) << id;
-        ASSERT_EQ(a.para == nullptr, b.para == nullptr) << id;
+        ASSERT_EQ(std::make_tuple(a.result, a.ids.ID, a.ids.EXTID, a.para == nullptr),
+                  std::make_tuple(b.result, b.ids.ID, b.ids.EXTID, b.para == nullptr))
+                << id;
         if (a.para != nullptr) {
-            ++found;
+            ++resolved;
             // Each set hands out its own records, with the same content.
             EXPECT_EQ(a.para, &published.gRealMapTable.at(a.ids.ID)) << id;
             EXPECT_EQ(b.para, &copy.gRealMapTable.at(b.ids.ID)) << id;
@@ -94,10 +94,10 @@ TEST(DirectIds, PublishedSetResolvesLikeItsMapsAtEverySlotEdge) {
             EXPECT_EQ(a.ext->words[0], b.ext->words[0]) << id;
         }
     }
-    EXPECT_EQ(found, 11);
-    EXPECT_EQ(ResolveIn(published, 20).result, Orlune::Resolve::NoRealRecord);
-    EXPECT_EQ(ResolveIn(published, 41081).result, Orlune::Resolve::NoRealRecord);
-    EXPECT_EQ(ResolveIn(published, 1).result, Orlune::Resolve::NoVirtualId);
+    EXPECT_EQ(resolved, found.size());
+    EXPECT_EQ(ResolveIn(published, 27).result, Orlune::Resolve::NoRealRecord);
+    EXPECT_EQ(ResolveIn(published, 41087).result, Orlune::Resolve::NoRealRecord);
+    EXPECT_EQ(ResolveIn(published, 7).result, Orlune::Resolve::NoVirtualId);
 }
 
 }  // namespace

@@ -1,6 +1,5 @@
 // Configuration files as a damaged or tampered device presents them: anything but a regular file
-// of sane size is refused at once (a FIFO must not block set-up), and a downloaded main XML is
-// taken whole or not at all.
+// of sane size is refused at once (a FIFO must not block set-up).
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -41,7 +40,7 @@ void Plant(const DeviceRoot& root, const std::string& devicePath, Kind kind) {
         if (kind == Kind::Oversized) {
             fs::resize_file(host, ConfigFileLimit(ConfigFileKindOf(devicePath.c_str())) + 1);
         } else {
-            root.Chmod(devicePath, 0);
+            chmod(host.c_str(), 0);
         }
     }
 }
@@ -96,7 +95,7 @@ TEST(UntrustedFiles, EveryReaderRefusesWhatIsNotARegularFileOfSaneSize) {
         for (const auto& [path, missing] : readers) {
             SCOPED_TRACE(testing::Message() << path << " kind " << static_cast<int>(kind));
             DeviceRoot root;
-            root.SetVersionText("version=1\n");
+            root.WriteKiv("version.txt", "version=1\n");
             Plant(root, path, kind);
             LogCapture log;
             bool treatedAsMissing = false;
@@ -106,39 +105,6 @@ TEST(UntrustedFiles, EveryReaderRefusesWhatIsNotARegularFileOfSaneSize) {
                     log.CountContaining(std::string("config file ") + path + " refused: ", kTag);
             EXPECT_EQ(kind == Kind::Unreadable ? 0 : 1, refusals > 0 ? 1 : 0) << log.Dump();
         }
-    }
-}
-
-TEST(UntrustedFiles, ADownloadedMainFileIsTakenWholeOrTheLocalOneIsRead) {
-    const std::string good = XmlDocument({NvRecord(30160, {9}), NvRecord(41, {2})});
-    const std::string cut = good.substr(0, good.find("ID=\"41\"") + 12);
-    // The downloaded text and version, the marker of record 41 read, and the error line.
-    const std::tuple<std::string, const char*, int, const char*> cases[] = {
-            {good, "2.0", 2, nullptr},
-            {cut, "2.0", 1, "is not well-formed, reading the local kiv_config.xml instead"},
-            {"<root><other/></root>", "2.0", 1, "holds no record, reading the local"},
-            {"", "2.0", 1, "is not well-formed, reading the local"},
-            {good, "99999999999.9", 1,
-             "KivReadConfigFromXML cota kiv_config.xml version out of range: 999999999999"},
-    };
-    for (const auto& [ota, version, marker, error] : cases) {
-        SCOPED_TRACE(ota.substr(0, 60) + " " + version);
-        DeviceRoot root;
-        root.SetVersionText("version=1.0");
-        root.WriteKiv("kiv_config.xml", XmlDocument({NvRecord(41, {1})}));
-        root.SetOta(ota, version);
-        {
-            ConfigUpdate update;
-            update.Tables().gRealMapTable.clear();
-        }
-        Orlune::gVolumeThrRaw[0] = 5;
-        LogCapture log;
-        Orlune::KivReadConfigFromXML(false);
-        const auto& records = PublishedTables().gRealMapTable;
-        ASSERT_EQ(1u, records.count(41)) << log.Dump();
-        EXPECT_EQ(marker, records.at(41).words[0]);
-        EXPECT_EQ(marker == 2 ? 9 : 5, Orlune::gVolumeThrRaw[0]);
-        EXPECT_TRUE(error == nullptr || log.CountContaining(error, kTag) == 1) << log.Dump();
     }
 }
 

@@ -1,4 +1,5 @@
 // Volume threshold rows from the raw configuration words, and the level rule.
+#include <algorithm>
 #include <memory>
 
 #include <gtest/gtest.h>
@@ -9,9 +10,7 @@
 namespace {
 
 void SetRaw(int first, std::initializer_list<int16_t> words) {
-    for (int16_t w : words) {
-        Orlune::gVolumeThrRaw[first++] = w;
-    }
+    std::copy(words.begin(), words.end(), Orlune::gVolumeThrRaw + first);
 }
 
 // A negative threshold word is an error of its row: logged, and that position is read as 0.

@@ -49,20 +49,21 @@ TEST_F(ExportedLibraryTest, RunsOneSharedStreamOf3840Or1536ByteBlocks) {
 
 TEST_F(ExportedLibraryTest, SmallBlockAfterFullInitSearchesStaleFramesOfTheWorkBuffer) {
     ProcessHandle* h = Init(3840);
-    // Left channel drops to level 100 at input frame 300, frame 348 of the delayed block; the
-    // block is not faded, so the drop stays in the work buffer past frame 192.
-    const Stereo drop = Stereo(kFrames, Lv(20000)).Fill(0, 300, kFrames, 100);
+    // The channels drop to level 100 at input frames 300 and 310, frames 348 and 358 of the
+    // delayed block; the block is not faded, so the drops stay in the work buffer past frame 192.
+    const Stereo drop =
+            Stereo(kFrames, Lv(20000)).Fill(0, 300, kFrames, 100).Fill(1, 310, kFrames, 100);
     ASSERT_NE(process(h, drop.s.data(), 3840, false), nullptr);
     log.Clear();
     const int32_t* out = process(h, Stereo(192, Lv(20000)).s.data(), 1536, true);
     ASSERT_NE(out, nullptr);
     EXPECT_EQ(log.Count("falling edge fade out, pos = 348, value = 20000, channel = 0"), 1)
             << log.Dump();
-    // The block itself gets the left half of the V: the cache (level 100) then the new block.
+    // The block itself gets the left halves of the Vs: the cache (level 100) then the new block.
     for (unsigned k = 0; k < 192; ++k) {
         const int64_t s = k < kCacheFrames ? Lv(100) : Lv(20000);
         ASSERT_EQ(out[k * 2], s - k * s / 348) << k;
-        ASSERT_EQ(out[k * 2 + 1], Lv(20000)) << k;
+        ASSERT_EQ(out[k * 2 + 1], s - k * s / 358) << k;
     }
     // The rising half is 3840 frames long by the wrapped end rule and stops at the buffer's end.
     EXPECT_EQ(out[349 * 2], Lv(100) / 3840);

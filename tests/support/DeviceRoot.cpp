@@ -2,7 +2,6 @@
 
 #include <stdio.h>
 #include <stdlib.h>
-#include <sys/stat.h>
 
 #include <filesystem>
 #include <fstream>
@@ -28,9 +27,7 @@ void SetEnv(const char* name, const std::optional<std::string>& value) {
 
 DeviceRoot::DeviceRoot()
     : mSavedRoot(Env("ORLUNE_DEVICE_ROOT")), mSavedProperties(Env("ORLUNE_PROPERTIES")) {
-    const char* tmp = getenv("TMPDIR");
-    std::string pattern =
-            std::string(tmp != nullptr && tmp[0] != '\0' ? tmp : "/tmp") + "/orlune-device-XXXXXX";
+    std::string pattern = (fs::temp_directory_path() / "orlune-device-XXXXXX").string();
     if (mkdtemp(&pattern[0]) == nullptr) {
         ADD_FAILURE() << "mkdtemp failed for " << pattern;
         return;
@@ -72,27 +69,14 @@ void DeviceRoot::WriteKiv(const std::string& name, const std::string& content) c
     WriteFile("/odm/etc/kiv/" + name, content);
 }
 
-void DeviceRoot::WriteTable(const std::string& name, size_t values) const {
-    std::vector<int16_t> data(values);
+void DeviceRoot::WriteTable(const std::string& name, size_t values, int sign) const {
+    std::string bytes(values * 2, '\0');
     for (size_t i = 0; i < values; ++i) {
-        data[i] = static_cast<int16_t>(static_cast<uint16_t>(i + 1));
-    }
-    WriteTableValues(name, data);
-}
-
-void DeviceRoot::WriteTableValues(const std::string& name,
-                                  const std::vector<int16_t>& values) const {
-    std::string bytes(values.size() * 2, '\0');
-    for (size_t i = 0; i < values.size(); ++i) {
-        const uint16_t v = static_cast<uint16_t>(values[i]);
+        const uint16_t v = static_cast<uint16_t>(sign * static_cast<int>(i + 1));
         bytes[2 * i] = static_cast<char>(v & 0xff);  // the device's byte order: little-endian
         bytes[2 * i + 1] = static_cast<char>(v >> 8);
     }
     WriteKiv(name, bytes);
-}
-
-void DeviceRoot::SetVersionText(const std::string& content) const {
-    WriteKiv("version.txt", content);
 }
 
 void DeviceRoot::SetProductNode(int node, const std::string& text) const {
@@ -122,10 +106,6 @@ void DeviceRoot::SetProperty(const std::string& key, const std::string& value) c
 void DeviceRoot::Remove(const std::string& devicePath) const {
     std::error_code ec;
     fs::remove_all(HostPath(devicePath), ec);
-}
-
-void DeviceRoot::Chmod(const std::string& devicePath, mode_t mode) const {
-    chmod(HostPath(devicePath).c_str(), mode);
 }
 
 void DeviceRoot::CopyTree(const std::string& hostDir) const {

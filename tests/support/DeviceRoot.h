@@ -10,7 +10,6 @@
 #pragma once
 
 #include <stdint.h>
-#include <sys/types.h>
 
 #include <optional>
 #include <string>
@@ -35,12 +34,10 @@ public:
     // A file of /odm/etc/kiv/.
     void WriteKiv(const std::string& name, const std::string& content) const;
     // A binary table of /odm/etc/kiv/ holding `values` little-endian 16-bit values; value i
-    // is the low 16 bits of i + 1, so a value read from the file is never 0 before the wrap.
-    void WriteTable(const std::string& name, size_t values) const;
-    void WriteTableValues(const std::string& name, const std::vector<int16_t>& values) const;
+    // is the low 16 bits of sign * (i + 1), so a value read from the file is never 0 before the
+    // wrap.
+    void WriteTable(const std::string& name, size_t values, int sign = 1) const;
 
-    // version.txt of /odm/etc/kiv/.
-    void SetVersionText(const std::string& content) const;
     // Product name nodes: node 0 is /proc/device-tree/soc/audio_alg_info/product_name, node 1
     // /proc/device-tree/audio_hw_config/product_name. The text is written as given.
     void SetProductNode(int node, const std::string& text) const;
@@ -55,9 +52,8 @@ public:
     // Appends key=value to the properties file (a later line for a key wins).
     void SetProperty(const std::string& key, const std::string& value) const;
 
-    // Removes a device file or directory tree; changes a file's mode.
+    // Removes a device file or directory tree.
     void Remove(const std::string& devicePath) const;
-    void Chmod(const std::string& devicePath, mode_t mode) const;
     // Copies the contents of a host directory (such as a generated sample device) into the
     // root.
     void CopyTree(const std::string& hostDir) const;

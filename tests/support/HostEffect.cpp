@@ -12,10 +12,6 @@ HostLibrary::HostLibrary() {
     }
 }
 
-HostLibrary::~HostLibrary() {
-    // The library stays loaded: instances may still be referenced by a failing test.
-}
-
 HostOrlune* HostLibrary::Create() const {
     return mGet != nullptr ? static_cast<HostOrlune*>(mGet()) : nullptr;
 }

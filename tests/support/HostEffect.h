@@ -30,11 +30,11 @@ static_assert(sizeof(void*) == 8 && sizeof(audio_format_t) == 4 &&
                       sizeof(android::String8) == sizeof(void*),
               "values crossing the slots");
 
-// Loads build/lib/liborlunemutilmobile7_1.so and resolves its exports.
+// Loads build/lib/liborlunemutilmobile7_1.so and resolves its exports. The library stays
+// loaded: instances may still be referenced by a failing test.
 class HostLibrary {
 public:
     HostLibrary();
-    ~HostLibrary();
     bool Loaded() const { return mHandle != nullptr; }
     HostOrlune* Create() const;
     void Delete(void* instance) const;

@@ -2,6 +2,8 @@
 
 #include <android/log.h>
 
+#include <algorithm>
+
 namespace {
 
 std::mutex gMutex;
@@ -39,23 +41,17 @@ void LogCapture::Clear() {
 }
 
 int LogCapture::Count(const std::string& message, const char* tag, int priority) const {
-    int n = 0;
-    for (const LogLine& line : Lines()) {
-        if (line.message == message && Matches(line, tag, priority)) {
-            ++n;
-        }
-    }
-    return n;
+    const std::vector<LogLine> lines = Lines();
+    return std::count_if(lines.begin(), lines.end(), [&](const LogLine& line) {
+        return line.message == message && Matches(line, tag, priority);
+    });
 }
 
-int LogCapture::CountContaining(const std::string& part, const char* tag) const {
-    int n = 0;
-    for (const LogLine& line : Lines()) {
-        if (line.message.find(part) != std::string::npos && Matches(line, tag, 0)) {
-            ++n;
-        }
-    }
-    return n;
+int LogCapture::CountContaining(const std::string& part, const char* tag, int priority) const {
+    const std::vector<LogLine> lines = Lines();
+    return std::count_if(lines.begin(), lines.end(), [&](const LogLine& line) {
+        return line.message.find(part) != std::string::npos && Matches(line, tag, priority);
+    });
 }
 
 std::string LogCapture::Dump() const {

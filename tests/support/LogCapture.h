@@ -28,8 +28,8 @@ public:
     bool Has(const std::string& message, const char* tag = nullptr, int priority = 0) const {
         return Count(message, tag, priority) > 0;
     }
-    // Number of lines whose message contains `part`.
-    int CountContaining(const std::string& part, const char* tag = nullptr) const;
+    // Number of lines whose message contains `part` (tag and priority as for Count).
+    int CountContaining(const std::string& part, const char* tag = nullptr, int priority = 0) const;
     // All lines, one per row as "P/tag: message", for failure output.
     std::string Dump() const;
 };
