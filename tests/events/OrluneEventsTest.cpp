@@ -79,7 +79,10 @@ TEST_F(OrluneEventsTest, ReportHoldsTheRecordersInMemberOrderThenTheEffectKeys) 
     events.errorCodes.AddErrorCode(4);
     events.SendLog();
     EXPECT_EQ(events.totalFrames + events.algoRunTimes + events.speakerFrames, 0u);
-    EXPECT_EQ(events.hpRecorders[HP_REC_HIFI].counts[1], 0u);
+    EXPECT_EQ(events.hpRecorders[HP_REC_HIFI].counts[1] +
+                      events.spkRecorders[SPK_REC_MUSIC].counts[1] +
+                      events.spkRecorders[SPK_REC_MUSIC].totalFrames + SpkFrameRecorder::gFrameSums,
+              0u);
     EXPECT_EQ(events.errorCodes.errorCounts.at(4), 1);
 }
 

@@ -34,10 +34,10 @@ TEST(PipelineUsageReportTest, DailyReportCarriesTheRatesOfTheBlocksAndRunsSinceT
     EXPECT_EQ(log.CountContaining("report ", "tova_view"), 0);
     clock.Advance(FakeClock::kDayNs);
     run(1);  // block 501 sends what blocks 1 to 500 counted: 400 on, 500 runs of 10 ms
-    EXPECT_EQ(log.Count("report 916120002 EFFECTNAME=ORLUNE ORLUNEENABLERATE=0.800000 "
-                        "SPEAKERUSAGERATE=1.000000 HEADPHONEUSAGERATE=0.000000 "
-                        "BTUSAGERATE=0.000000 EFFECTUSAGETIME=5.000000",
-                        "tova_view"),
+    EXPECT_EQ(log.CountContaining(" EFFECTNAME=ORLUNE ORLUNEENABLERATE=0.800000 "
+                                  "SPEAKERUSAGERATE=1.000000 HEADPHONEUSAGERATE=0.000000 "
+                                  "BTUSAGERATE=0.000000 EFFECTUSAGETIME=5.000000",
+                                  "tova_view"),
               1)
             << log.Dump();
 }
