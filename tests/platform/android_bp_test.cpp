@@ -6,6 +6,7 @@
 
 #include <filesystem>
 #include <fstream>
+#include <regex>
 #include <set>
 #include <sstream>
 #include <string>
@@ -24,18 +25,16 @@ std::vector<std::string> Strings(const std::string& text) {
     std::istringstream lines(text);
     for (std::string line; std::getline(lines, line);) {
         line = line.substr(0, line.find("//"));
-        for (size_t open = line.find('"'); open != std::string::npos;) {
-            const size_t close = line.find('"', open + 1);
-            out.push_back(line.substr(open + 1, close - open - 1));
-            open = close == std::string::npos ? close : line.find('"', close + 1);
+        static const std::regex kQuoted("\"([^\"]*)\"");
+        for (std::sregex_iterator m(line.begin(), line.end(), kQuoted), end; m != end; ++m) {
+            out.push_back((*m)[1]);
         }
     }
     return out;
 }
 
 bool IsFile(const std::string& s) {
-    const size_t dot = s.rfind('.');
-    return dot != std::string::npos && (s.substr(dot) == ".cpp" || s.substr(dot) == ".map");
+    return fs::path(s).extension() == ".cpp" || fs::path(s).extension() == ".map";
 }
 
 // What is wrong with `blueprint` against the sources the library must have, one line each.
@@ -60,7 +59,7 @@ std::vector<std::string> Problems(const std::string& blueprint,
     std::set<std::string> listed;
     for (const std::string& s :
          Strings(blueprint.substr(name, blueprint.find("\n}", name) - name))) {
-        if (s.size() > 4 && s.substr(s.size() - 4) == ".cpp") {
+        if (fs::path(s).extension() == ".cpp") {
             listed.insert(s);
         }
     }

@@ -23,21 +23,15 @@ TEST(PlatformDevice, RealpathIsMappedBackFromTheRootOrTheRealRoot) {
     DeviceRoot root;
     root.WriteKiv("version.txt", "1.0.2\n");
     std::filesystem::create_symlink("version.txt", root.HostPath("/odm/etc/kiv/link"));
-    std::filesystem::create_directory_symlink(root.Path(), root.Path() + "link");
-    for (const std::string& dir : {root.Path(), root.Path() + "/", root.Path() + "link"}) {
-        setenv("ORLUNE_DEVICE_ROOT", dir.c_str(), 1);
-        EXPECT_EQ(Realpath("/odm/etc/../etc/kiv/./link"), "/odm/etc/kiv/version.txt") << dir;
-        EXPECT_EQ(Realpath("/odm"), "/odm") << dir;
-        EXPECT_EQ(Realpath("/"), "/") << dir;
-        EXPECT_EQ(Realpath("/odm/etc/kiv/missing"), "<null>") << dir;
-    }
-    // Unset or empty: the real root.
-    const std::string link = root.HostPath("/odm/etc/kiv/link");
-    for (bool empty : {false, true}) {
-        empty ? setenv("ORLUNE_DEVICE_ROOT", "", 1) : unsetenv("ORLUNE_DEVICE_ROOT");
-        EXPECT_EQ(Realpath("/odm/etc/kiv/link"), "<null>");
-        EXPECT_EQ(Realpath(link.c_str()), root.HostPath("/odm/etc/kiv/version.txt"));
-    }
+    EXPECT_EQ(Realpath("/odm/etc/../etc/kiv/./link"), "/odm/etc/kiv/version.txt");
+    EXPECT_EQ(Realpath("/odm"), "/odm");
+    EXPECT_EQ(Realpath("/"), "/");
+    EXPECT_EQ(Realpath("/odm/etc/kiv/missing"), "<null>");
+    // Unset: the real root.
+    unsetenv("ORLUNE_DEVICE_ROOT");
+    EXPECT_EQ(Realpath("/odm/etc/kiv/link"), "<null>");
+    EXPECT_EQ(Realpath(root.HostPath("/odm/etc/kiv/link").c_str()),
+              root.HostPath("/odm/etc/kiv/version.txt"));
 }
 
 // "null", or "<found> <path> <version>" of the record.
