@@ -13,17 +13,14 @@ namespace {
 // target's nm reads them (a cross build's library is not in the build machine's format).
 std::set<std::string> DefinedDynamicSymbols(const char* path) {
     std::set<std::string> names;
-    std::string cmd = std::string(ORLUNE_NM) + " -D --defined-only " + path;
+    std::string cmd = std::string(ORLUNE_NM) + " -D --defined-only --format=just-symbols " + path;
     FILE* p = popen(cmd.c_str(), "r");
     if (p == nullptr) {
         return names;
     }
-    char line[512];
-    while (fgets(line, sizeof(line), p) != nullptr) {
-        char addr[64], type[8], name[400];
-        if (sscanf(line, "%63s %7s %399s", addr, type, name) == 3) {
-            names.insert(name);
-        }
+    char name[512];
+    while (fscanf(p, "%511s", name) == 1) {
+        names.insert(name);
     }
     pclose(p);
     return names;

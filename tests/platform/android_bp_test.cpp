@@ -6,6 +6,7 @@
 
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <regex>
 #include <set>
 #include <sstream>
@@ -86,13 +87,8 @@ std::string ReadFile(const fs::path& path) {
 // The product sources of this build (one per line, relative to the source folder), plus the
 // device implementations of the platform seam, which only the device build compiles.
 std::set<std::string> LibrarySources() {
-    std::set<std::string> sources;
-    std::istringstream lines(ReadFile(ORLUNE_PRODUCT_SOURCES));
-    for (std::string line; std::getline(lines, line);) {
-        if (!line.empty()) {
-            sources.insert(line);
-        }
-    }
+    std::ifstream list(ORLUNE_PRODUCT_SOURCES);
+    std::set<std::string> sources{std::istream_iterator<std::string>(list), {}};
     for (const char* dir : {"platform/device", "platform/common"}) {
         for (const auto& entry : fs::directory_iterator(fs::path(ORLUNE_SOURCE_DIR) / dir)) {
             if (entry.path().extension() == ".cpp") {
