@@ -132,10 +132,7 @@ TEST_F(OrluneEventsTest, TriggerAlsoSendsTheDueErrorCode) {
     clock.Set(kStart + 2 * kDay);
     log.Clear();
     events.TriggerSendLog();  // both due: the error code first
-    EXPECT_EQ(Reports(log), (std::vector<std::string>{"report 916120002 EFFECTNAME=ORLUNE "
-                                                      "ALGOERRORCODE=6.000000 "
-                                                      "ALGOERRORTIMES=2.000000",
-                                                      "report 916120002"}));
+    EXPECT_EQ(Reports(log), (std::vector<std::string>{ErrorReport(6, 2), "report 916120002"}));
 }
 
 TEST_F(OrluneEventsTest, VolumeBandsAtTheThresholds) {
