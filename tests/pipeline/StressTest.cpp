@@ -57,13 +57,15 @@ void WriteUniformTuning(const DeviceRoot& root) {
 struct Stream {
     HostOrlune* effect = nullptr;
     std::vector<uint8_t> input;  // one period, float stereo, left equal to right
-    std::vector<float> want;     // the processed period, from kLatencyFrames on
+    std::vector<uint8_t> want;   // the processed period, from kLatencyFrames on, float stereo
     int64_t blocks = 0;
     std::vector<std::pair<int64_t, int64_t>> runs;  // first and last differing frame
     bool louder = false;  // a differing frame was louder than the processed input
 
     float Want(int64_t frame) const {
-        return frame < kLatencyFrames ? 0.0f : want[2 * ((frame - kLatencyFrames) % kPeriodFrames)];
+        const float* processed = reinterpret_cast<const float*>(want.data());
+        return frame < kLatencyFrames ? 0.0f
+                                      : processed[2 * ((frame - kLatencyFrames) % kPeriodFrames)];
     }
     void Check(const float* out, int64_t firstFrame) {
         for (int i = 0; i < kBlock; ++i) {
@@ -161,10 +163,7 @@ TEST(PipelineStressTest, TwoStreamsStayExactUnderParameterReloadDumpAndRegionThr
         s.input = FromInt32(stereo, kFloat);
         // The stand-in treats each frame alone, and the period is whole frames: in steady state
         // the output is the processed period.
-        const std::vector<uint8_t> want =
-                FromInt32(Standin(To32(s.input, kFloat), 2, true), kFloat);
-        s.want.resize(2 * kPeriodFrames);
-        memcpy(s.want.data(), want.data(), want.size());
+        s.want = FromInt32(Standin(To32(s.input, kFloat), 2, true), kFloat);
     }
 
     std::atomic<bool> controlDone{false};
