@@ -28,10 +28,9 @@ int32_t FuzzApply(void**, void**, void*, KivIoInfo* io) {
     const int in = io->inChannels;
     if (in == 2 && io->outChannels == 4) {
         for (int i = io->frameLength - 1; i >= 0; --i) {
-            buf[4 * i + 3] = buf[2 * i + 1];
-            buf[4 * i + 2] = buf[2 * i];
-            buf[4 * i + 1] = buf[2 * i + 1];
-            buf[4 * i] = buf[2 * i];
+            const int32_t left = buf[2 * i], right = buf[2 * i + 1];
+            buf[4 * i] = buf[4 * i + 2] = left;
+            buf[4 * i + 1] = buf[4 * i + 3] = right;
         }
     } else if (in > 2) {
         for (int i = 0; i < io->frameLength; ++i) {

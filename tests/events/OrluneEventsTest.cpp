@@ -67,10 +67,11 @@ TEST_F(OrluneEventsTest, ReportHoldsTheRecordersInMemberOrderThenTheEffectKeys) 
     // Eight speaker recorders of eight keys (mode ids 0, 1, 2, 7, 3, 4, 5, 6; the ring row has
     // no "MODE"), six headphone recorders of three, then the effect's six.
     ASSERT_EQ(keys.size(), 8u * 8 + 6 * 3 + 6);
+    // (The effect's keys close the list: see the text below.)
     const std::pair<size_t, const char*> anchors[] = {
             {8, "GAMEMODELOWVOLRATE"}, {24, "VEMODELOWVOLRATE"}, {58, "RINGVOLUME2RATE"},
             {63, "RINGMODERATE"},      {64, "HPDEFAULTLOWRATE"}, {69, "HP3DLISTENMODERATE"},
-            {81, "HPHIFIMODERATE"},    {82, "EFFECTNAME"},       {87, "EFFECTUSAGETIME"}};
+            {81, "HPHIFIMODERATE"}};
     for (const auto& a : anchors) {
         EXPECT_EQ(keys[a.first], a.second) << a.first;
     }

@@ -3,7 +3,6 @@
 // numbered by the process-wide count.
 #include <stdlib.h>
 
-#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -97,9 +96,10 @@ std::vector<int32_t> Tap(const PipelineHost& host, int tap, int number) {
                                                   "_" + std::to_string(number) + ".pcm");
     std::ifstream in(path, std::ios::binary);
     EXPECT_TRUE(in.is_open()) << path;
-    std::vector<char> bytes((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
-    std::vector<int32_t> samples(bytes.size() / 4);
-    std::copy_n(bytes.begin(), samples.size() * 4, reinterpret_cast<char*>(samples.data()));
+    std::vector<int32_t> samples;
+    for (int32_t s; in.read(reinterpret_cast<char*>(&s), sizeof s);) {
+        samples.push_back(s);
+    }
     return samples;
 }
 

@@ -77,13 +77,6 @@ std::vector<std::string> Problems(const std::string& blueprint,
     return problems;
 }
 
-std::string ReadFile(const fs::path& path) {
-    std::ifstream in(path);
-    std::stringstream text;
-    text << in.rdbuf();
-    return text.str();
-}
-
 // The product sources of this build (one per line, relative to the source folder), plus the
 // device implementations of the platform seam, which only the device build compiles.
 std::set<std::string> LibrarySources() {
@@ -103,7 +96,8 @@ TEST(AndroidBp, MatchesTheProductSourcesOfThisBuild) {
     const std::set<std::string> sources = LibrarySources();
     ASSERT_GT(sources.size(), 30u);  // the list was generated
     ASSERT_EQ(sources.count("platform/device/device_fs.cpp"), 1u);
-    const std::string bp = ReadFile(fs::path(ORLUNE_SOURCE_DIR) / "Android.bp");
+    std::ifstream file(fs::path(ORLUNE_SOURCE_DIR) / "Android.bp");
+    const std::string bp{std::istreambuf_iterator<char>(file), {}};
     EXPECT_EQ(Problems(bp, sources), std::vector<std::string>{});
 }
 
