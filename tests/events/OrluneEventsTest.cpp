@@ -118,7 +118,6 @@ TEST_F(OrluneEventsTest, ReportIsDueDailyAndCatchesUpOnMissedDays) {
     EXPECT_EQ(reports[0].rfind("report 916120002 EFFECTNAME=ORLUNE ORLUNEENABLERATE=1.000000", 0),
               0u);
     EXPECT_EQ(reports[1], "report 916120002");  // empty: the first report cleared the counters
-    EXPECT_EQ(events.lastSendTime, kStart + 2 * kDay);
 
     events.lastSendTime = -1;
     clock.Set(kStart + 10 * kDay);

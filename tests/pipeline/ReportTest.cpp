@@ -67,22 +67,20 @@ TEST(PipelineReportTest, StatusLineComesWithTheBlockAfterEvery250) {
 TEST(PipelineReportTest, StreamVolumesStartAgainWithTheRecordsOfANewSetUp) {
     LogCapture log;
     PipelineHost host;
-    const struct {
-        int id;
-        const char* line;
-    } kCases[] = {{57, "masterVolume = 0.500000"},
-                  {58, "typeVolume = 0.500000"},
-                  {59, "clientVolume = 0.500000"}};
-    for (const auto& c : kCases) {
-        host.Effect()->KivParamsSetFloat(c.id, 0.5f);
-        host.Effect()->KivParamsSetFloat(c.id, 0.5f);
+    const char* const kNames[] = {"master", "type", "client"};  // ids 57 to 59
+    for (int id = 57; id <= 59; ++id) {
+        host.Effect()->KivParamsSetFloat(id, 0.5f);
+        host.Effect()->KivParamsSetFloat(id, 0.5f);
     }
     host.Effect()->KivParamsSetInt(1, 1);
     EXPECT_EQ(log.CountContaining("InitKiv, tid:"), 2);  // set-up ran again
-    for (const auto& c : kCases) {
-        host.Effect()->KivParamsSetFloat(c.id, 0.0f);  // what fresh records hold: no change
-        host.Effect()->KivParamsSetFloat(c.id, 0.5f);
-        EXPECT_EQ(log.Count(c.line, "orlune_mobile", ANDROID_LOG_INFO), 2) << log.Dump();
+    for (int id = 57; id <= 59; ++id) {
+        host.Effect()->KivParamsSetFloat(id, 0.0f);  // what fresh records hold: no change
+        host.Effect()->KivParamsSetFloat(id, 0.5f);
+        EXPECT_EQ(log.Count(std::string(kNames[id - 57]) + "Volume = 0.500000", "orlune_mobile",
+                            ANDROID_LOG_INFO),
+                  2)
+                << log.Dump();
     }
     EXPECT_EQ(log.CountContaining("Volume = 0.000000"), 0);
 }

@@ -86,7 +86,6 @@ TEST(PipelineStreamTest, OutputIsTheStandinsProcessingOneFrameLate) {
         const std::vector<uint8_t> out = host.Run(in, s.block, s.channels, s.format, s.configOut);
         const std::vector<uint8_t> want = FromInt32(Expected(To32(in, s.format), s), s.format);
         const size_t frameBytes = s.configOut * audio_bytes_per_sample(s.format);
-        ASSERT_EQ(out.size(), 480 * 6 * frameBytes);
         const size_t silent = (s.channels > 4 ? 480 : 528) * frameBytes;
         EXPECT_EQ(Slice(out, 0, silent), std::vector<uint8_t>(silent, 0));
         EXPECT_NE(Slice(out, 538 * frameBytes, 638 * frameBytes),
