@@ -6,6 +6,7 @@
 #include <stdlib.h>
 #include <string.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <memory>
 #include <string>
@@ -93,8 +94,8 @@ size_t HostBytes(int frames, int channels, audio_format_t format) {
     if (frames <= 0 || channels <= 0) {
         return 1;
     }
-    const size_t bytes = audio_bytes_per_sample(format) != 0 ? audio_bytes_per_sample(format) : 1;
-    return static_cast<size_t>(frames) * static_cast<size_t>(channels == 4 ? 4 : channels) * bytes;
+    return static_cast<size_t>(frames) * static_cast<size_t>(channels == 4 ? 4 : channels) *
+           std::max<size_t>(audio_bytes_per_sample(format), 1);
 }
 
 }  // namespace

@@ -43,11 +43,8 @@ TEST(PipelineReportTest, ApplyErrorIsLoggedPerFrameAndReportedOnce) {
 TEST(PipelineReportTest, StatusLineComesWithTheBlockAfterEvery250) {
     LogCapture log;
     PipelineHost host;
-    const std::vector<int32_t> block = Noise32(240, 2, 1);
     auto run = [&](int blocks) {
-        for (int b = 0; b < blocks; ++b) {
-            host.Run16(block, 240, 2, 2);
-        }
+        host.Run16(Noise32(240 * blocks, 2, 1), 240, 2, 2);
         return log.CountContaining("KivOutProcPlaySamples currentStatus");
     };
     const std::string status = "KivOutProcPlaySamples currentStatus = enabled, enableCount is ";

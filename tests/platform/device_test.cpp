@@ -74,17 +74,7 @@ protected:
     DeviceRoot mRoot;
 };
 
-TEST_F(PlatformProperties, DefaultsWithoutVariableFileOrKey) {
-    SetProps("a=1\n");
-    setenv("ORLUNE_PROPERTIES", (mRoot.Path() + "/missing").c_str(), 1);
-    EXPECT_EQ(Get("a", "def"), "def");
-    unsetenv("ORLUNE_PROPERTIES");
-    EXPECT_EQ(property_get_int32("a", 5), 5);
-    setenv("ORLUNE_PROPERTIES", mRoot.PropertiesPath().c_str(), 1);
-    EXPECT_EQ(Get("b", nullptr), "");
-}
-
-TEST_F(PlatformProperties, FileRulesAndTruncationTo91Characters) {
+TEST_F(PlatformProperties, FileRulesDefaultsAndTruncationTo91Characters) {
     const std::string longText(120, 'v');
     SetProps(
             "# comment=1\n\na=first\n#a=commented\nro.x.y=1\na=last\neq=k=v\nempty=\n"
@@ -100,6 +90,12 @@ TEST_F(PlatformProperties, FileRulesAndTruncationTo91Characters) {
     EXPECT_EQ(Get("missing", longText.c_str()), longText.substr(0, 91));
     SetProps("a=changed\n");  // read again at every call
     EXPECT_EQ(Get("a", "d"), "changed");
+    EXPECT_EQ(Get("b", nullptr), "");
+    // No file, or no variable: the default.
+    setenv("ORLUNE_PROPERTIES", (mRoot.Path() + "/missing").c_str(), 1);
+    EXPECT_EQ(Get("a", "def"), "def");
+    unsetenv("ORLUNE_PROPERTIES");
+    EXPECT_EQ(property_get_int32("a", 5), 5);
 }
 
 TEST_F(PlatformProperties, Int32ParsesLikeStrtoimaxBase0) {
