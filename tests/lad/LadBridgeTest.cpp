@@ -4,6 +4,8 @@
 #include <stdint.h>
 #include <string.h>
 
+#include <string>
+#include <tuple>
 #include <vector>
 
 #include "standin/louddetect/StandinData.h"
@@ -15,7 +17,6 @@ namespace {
 using android::LadReportInfo;
 using android::LoudAbnormalDetecter;
 using android::sp;
-using android::String8;
 
 constexpr int kFrames = 480;
 constexpr int kChannels = 2;
@@ -51,21 +52,19 @@ TEST(LadBridgeUnloadedTest, NothingIsForwardedButTheBridgeStillWritesTheRecord) 
     EXPECT_EQ(info->volumeIndex, -3);
     lad.LadInfoInit(nullptr);
     lad.SetLadVolumeIndex(nullptr, 5);
-    lad.SetLadPlayAppName(nullptr, String8("x"));
+    lad.SetLadPlayAppName(nullptr, android::String8("x"));
 
     // A change of application is recorded with the metrics and time of that moment.
     info->metricA = -3.0f;
     info->metricB = -9.0f;
-    lad.SetLadPlayAppName(info, String8("com.example.player"));
-    EXPECT_STREQ(info->playAppName.c_str(), "com.example.player");
-    EXPECT_EQ(info->appSwitchTime, 1000);
-    EXPECT_EQ(info->switchFlag0, 0);
-    EXPECT_EQ(info->switchFlag1, 1);
-    EXPECT_EQ(info->metricAAtSwitch, -3.0f);
-    EXPECT_EQ(info->metricBAtSwitch, -9.0f);
+    lad.SetLadPlayAppName(info, android::String8("com.example.player"));
+    EXPECT_EQ(std::make_tuple(std::string(info->playAppName.c_str()), info->appSwitchTime,
+                              info->switchFlag0, info->switchFlag1, info->metricAAtSwitch,
+                              info->metricBAtSwitch),
+              std::make_tuple(std::string("com.example.player"), 1000, 0, 1, -3.0f, -9.0f));
     // The same name again is no change.
     clock.Set(2000);
-    lad.SetLadPlayAppName(info, String8("com.example.player"));
+    lad.SetLadPlayAppName(info, android::String8("com.example.player"));
     EXPECT_EQ(info->appSwitchTime, 1000);
 }
 

@@ -15,13 +15,12 @@
 namespace {
 
 TEST(PipelineReportTest, ApplyErrorIsLoggedPerFrameAndReportedOnce) {
-    struct Case {
+    const struct {
         int channels, code;
         std::string line;
-    };
-    const Case kCases[] = {{2, -5, "KivApply: Orlune algorithm apply failed, ret = -5"},
-                           {8, -7, "Quex_KIV_Apply result is -7"}};
-    for (const Case& c : kCases) {
+    } kCases[] = {{2, -5, "KivApply: Orlune algorithm apply failed, ret = -5"},
+                  {8, -7, "Quex_KIV_Apply result is -7"}};
+    for (const auto& c : kCases) {
         SCOPED_TRACE(c.line);
         LogCapture log;
         PipelineHost host;

@@ -5,8 +5,6 @@
 // line per change, and the stream around them goes on as if they had never come. The
 // left/right swap on the stereo input: the CHANNEL_SWAPPED report, the fade back and the swap
 // inhibit (the fade's shape is a gating test).
-#include <unistd.h>
-
 #include <algorithm>
 #include <utility>
 
@@ -80,9 +78,8 @@ TEST(PipelineStreamTest, OutputIsTheStandinsProcessingOneFrameLate) {
         SCOPED_TRACE(testing::Message() << "case " << &s - kCases);
         PipelineHost host({s.enable, s.device, s.configOut});
         host.Effect()->KivParamsSetInt(5, s.swap);
-        const int inChannels = s.channels == 4 ? 2 : s.channels;
-        const std::vector<uint8_t> in =
-                FromInt32(Noise32(480 * 6, inChannels, s.block + s.channels), s.format);
+        const std::vector<uint8_t> in = FromInt32(
+                Noise32(480 * 6, s.channels == 4 ? 2 : s.channels, s.block + s.channels), s.format);
         const std::vector<uint8_t> out = host.Run(in, s.block, s.channels, s.format, s.configOut);
         const std::vector<uint8_t> want = FromInt32(Expected(To32(in, s.format), s), s.format);
         const size_t frameBytes = s.configOut * audio_bytes_per_sample(s.format);
@@ -105,8 +102,7 @@ TEST(PipelineStreamTest, OutputIsTheStandinsProcessingOneFrameLate) {
 TEST(PipelineStreamTest, ChannelCountChangeReinitialisesAndDropsBufferedAudio) {
     LogCapture log;
     PipelineHost host;
-    const std::string init = "InitKiv, tid:" + std::to_string(gettid());
-    const int initsBefore = log.Count(init);
+    const int initsBefore = log.CountContaining("InitKiv, tid:");
     const std::vector<int32_t> silence(480 * 2, 0);
     const std::vector<int32_t> stereo = host.Run16(Noise32(480 * 3, 2, 1), 480, 2, 2);
     EXPECT_NE(FrameSlice(stereo, 2, 960, 480), silence);
@@ -121,19 +117,18 @@ TEST(PipelineStreamTest, ChannelCountChangeReinitialisesAndDropsBufferedAudio) {
 
     EXPECT_EQ(host.Run16(Noise32(480, 2, 3), 480, 2, 2), silence);
     // One re-initialisation per change, none for blocks of the same layout.
-    EXPECT_EQ(log.Count(init), initsBefore + 3) << log.Dump();
+    EXPECT_EQ(log.CountContaining("InitKiv, tid:"), initsBefore + 3) << log.Dump();
 }
 
 const std::string kFn = "KivOutProcPlaySamples: ";
 
 TEST(PipelineRefusedBlockTest, RefusedBlocksComeBackUntouchedAndLeaveTheStreamAlone) {
-    struct Case {
+    const struct {
         int frames, channels;
         audio_format_t format;
         int layout;  // "msc.brisel.config_channel_out", and the layout of the accepted blocks
         std::string line;
-    };
-    const Case kCases[] = {
+    } kCases[] = {
             {-5, 2, kS16, 2, "invalid frame count -5, block returned untouched"},
             {480, 2, AUDIO_FORMAT_PCM_8_BIT, 2, "unsupported format 0x2, block returned untouched"},
             // 80000 samples; the cache holds 76800.
@@ -146,7 +141,7 @@ TEST(PipelineRefusedBlockTest, RefusedBlocksComeBackUntouchedAndLeaveTheStreamAl
             {480, 2, kS16, 2, "null buffer of 480 frames, block ignored"},
     };
     const std::vector<uint8_t> in = FromInt32(Noise32(480 * 3, 2, 33), kS16);
-    for (const Case& c : kCases) {
+    for (const auto& c : kCases) {
         SCOPED_TRACE(c.line);
         const HostOptions options{true, 1, c.layout};
         const std::vector<uint8_t> want =

@@ -34,10 +34,6 @@ std::vector<std::string> Strings(const std::string& text) {
     return out;
 }
 
-bool IsFile(const std::string& s) {
-    return fs::path(s).extension() == ".cpp" || fs::path(s).extension() == ".map";
-}
-
 // What is wrong with `blueprint` against the sources the library must have, one line each.
 // The library module runs from its name to the first line that is a lone "}".
 std::vector<std::string> Problems(const std::string& blueprint,
@@ -49,7 +45,9 @@ std::vector<std::string> Problems(const std::string& blueprint,
                 problems.push_back("host-only: " + s);
             }
         }
-        if (IsFile(s) && !fs::is_regular_file(fs::path(ORLUNE_SOURCE_DIR) / s)) {
+        const fs::path ext = fs::path(s).extension();
+        if ((ext == ".cpp" || ext == ".map") &&
+            !fs::is_regular_file(fs::path(ORLUNE_SOURCE_DIR) / s)) {
             problems.push_back("missing: " + s);
         }
     }
