@@ -5,9 +5,9 @@
 #include <stdint.h>
 #include <stdlib.h>
 #include <string.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
+#include <algorithm>
+#include <filesystem>
 #include <memory>
 #include <string>
 #include <vector>
@@ -29,10 +29,9 @@ int32_t FuzzApply(void**, void**, void*, KivIoInfo* io) {
     const int in = io->inChannels;
     if (in == 2 && io->outChannels == 4) {
         for (int i = io->frameLength - 1; i >= 0; --i) {
-            buf[4 * i + 3] = buf[2 * i + 1];
-            buf[4 * i + 2] = buf[2 * i];
-            buf[4 * i + 1] = buf[2 * i + 1];
-            buf[4 * i] = buf[2 * i];
+            const int32_t left = buf[2 * i], right = buf[2 * i + 1];
+            buf[4 * i] = buf[4 * i + 2] = left;
+            buf[4 * i + 1] = buf[4 * i + 3] = right;
         }
     } else if (in > 2) {
         for (int i = 0; i < io->frameLength; ++i) {
@@ -43,33 +42,22 @@ int32_t FuzzApply(void**, void**, void*, KivIoInfo* io) {
     return gApplyResult;
 }
 
-// A private device root with a dump directory and a properties file the fuzzer rewrites.
-struct Device {
-    std::string root;
-    std::string properties;
-    Device() {
+// The device's configured output channels, in the properties file of a private device root
+// that also has a dump directory.
+void SetChannelOut(int value) {
+    static const std::string properties = [] {
         char pattern[] = "/tmp/orlune-pipeline-fuzz-XXXXXX";
-        const char* dir = mkdtemp(pattern);
-        root = dir != nullptr ? dir : "/tmp";
-        mkdir((root + "/data").c_str(), 0755);
-        mkdir((root + "/data/audio_debug").c_str(), 0755);
-        properties = root + "/properties";
+        const std::string root = mkdtemp(pattern) != nullptr ? pattern : "/tmp";
+        std::filesystem::create_directories(root + "/data/audio_debug");
         setenv("ORLUNE_DEVICE_ROOT", root.c_str(), 1);
-        setenv("ORLUNE_PROPERTIES", properties.c_str(), 1);
-        SetChannelOut(2);
+        setenv("ORLUNE_PROPERTIES", (root + "/properties").c_str(), 1);
+        return root + "/properties";
+    }();
+    FILE* f = fopen(properties.c_str(), "w");
+    if (f != nullptr) {
+        fprintf(f, "msc.brisel.config_channel_out=%d\n", value);
+        fclose(f);
     }
-    void SetChannelOut(int value) const {
-        FILE* f = fopen(properties.c_str(), "w");
-        if (f != nullptr) {
-            fprintf(f, "msc.brisel.config_channel_out=%d\n", value);
-            fclose(f);
-        }
-    }
-};
-
-const Device& TheDevice() {
-    static const Device device;
-    return device;
 }
 
 void InstallTuning() {
@@ -106,20 +94,15 @@ size_t HostBytes(int frames, int channels, audio_format_t format) {
     if (frames <= 0 || channels <= 0) {
         return 1;
     }
-    const size_t bytes = audio_bytes_per_sample(format) != 0 ? audio_bytes_per_sample(format) : 1;
-    return static_cast<size_t>(frames) * static_cast<size_t>(channels == 4 ? 4 : channels) * bytes;
+    return static_cast<size_t>(frames) * static_cast<size_t>(channels == 4 ? 4 : channels) *
+           std::max<size_t>(audio_bytes_per_sample(format), 1);
 }
 
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-    static bool quiet = [] {
-        __android_log_set_minimum_priority(ANDROID_LOG_SILENT);
-        return true;
-    }();
-    (void)quiet;
-    const Device& device = TheDevice();
-    device.SetChannelOut(2);
+    __android_log_set_minimum_priority(ANDROID_LOG_SILENT);
+    SetChannelOut(2);
     InstallTuning();
     gApplyResult = 0;
 
@@ -190,19 +173,18 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
                 break;
             }
             case 5:  // the device's configured output channels, read at re-initialisation
-                device.SetChannelOut((in.Byte() & 1) != 0 ? 4 : 2);
+                SetChannelOut((in.Byte() & 1) != 0 ? 4 : 2);
                 break;
             case 6:  // the algorithm starts or stops failing
                 gApplyResult = (in.Byte() & 1) != 0 ? -5 : 0;
                 break;
-            case 7: {  // a reset request or a query
+            case 7:  // a reset request or a query
                 if ((in.Byte() & 1) != 0) {
                     o->mResetRequest = 1;
                 } else {
                     o->KivParamsGet(android::String8("CHANNEL_SWAPPED"));
                 }
                 break;
-            }
         }
     }
     o->SetAudioDump(0);  // the instance does not close dump files itself

@@ -30,17 +30,13 @@ ProcessConfig ConsumeConfig(FuzzedDataProvider& in) {
     return config;
 }
 
+// One of two usual block sizes, any small size, or any size at all.
 unsigned ConsumeSize(FuzzedDataProvider& in) {
-    switch (in.ConsumeIntegralInRange(0, 3)) {
-        case 0:
-            return 3840;
-        case 1:
-            return 1536;
-        case 2:
-            return in.ConsumeIntegralInRange<unsigned>(0, 4096);
-        default:
-            return in.ConsumeIntegral<unsigned>();
-    }
+    const int kind = in.ConsumeIntegralInRange(0, 3);
+    return kind == 0   ? 3840
+           : kind == 1 ? 1536
+           : kind == 2 ? in.ConsumeIntegralInRange<unsigned>(0, 4096)
+                       : in.ConsumeIntegral<unsigned>();
 }
 
 // A block of exactly `size` bytes (a token one for absurd sizes, which must be refused unread)

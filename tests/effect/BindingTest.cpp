@@ -1,9 +1,11 @@
-// Binding of the algorithm library, seen from outside: log lines, blocks, and whether the
-// library stays mapped.
+// The shipped library as a host meets it: binding of the algorithm library (log lines,
+// blocks, and whether the library stays mapped) and the slot order of the instance.
 #include <gtest/gtest.h>
 
 #include <dlfcn.h>
 
+#include <algorithm>
+#include <functional>
 #include <random>
 #include <vector>
 
@@ -29,9 +31,7 @@ void ExpectBlocksUntouched(HostOrlune* inst) {
     for (const auto& s : shapes) {
         std::vector<uint8_t> block(static_cast<size_t>(s.frames) * s.channels *
                                    audio_bytes_per_sample(s.format));
-        for (uint8_t& b : block) {
-            b = static_cast<uint8_t>(rng());
-        }
+        std::generate(block.begin(), block.end(), std::ref(rng));
         const std::vector<uint8_t> before = block;
         inst->KivOutProcPlaySamples(reinterpret_cast<short*>(block.data()), s.frames, s.channels,
                                     s.format);
@@ -39,38 +39,33 @@ void ExpectBlocksUntouched(HostOrlune* inst) {
     }
 }
 
-TEST(BindingTest, MissingAlgorithmLibraryPassesEveryBlockBitExact) {
-    HostLibrary lib;
-    LogCapture log;
-    HostOrlune* inst = lib.Create();
-    inst->KivOutProcPlayInit();
-    EXPECT_TRUE(log.Has("LoadOrulneEffect: lib64orlune7_1.so open fail.", "orlune_mobile",
-                        ANDROID_LOG_ERROR));
-    inst->KivParamsSetInt(kIdWidenEnable, 1);  // set operations are ignored while unbound
-    inst->KivParamsSetInt(kIdEffectEnable, 1);
-    EXPECT_EQ(log.CountContaining("is set to"), 0);
-    ExpectBlocksUntouched(inst);
-    lib.Delete(inst);
-}
-
-TEST(BindingTest, LibraryLackingOneEntryPointIsRefusedAndClosed) {
-    HostLibrary lib;
-    void* preload = PreloadStandin(kBrokenStandin);
-    ASSERT_NE(preload, nullptr) << dlerror();
-    LogCapture log;
-    HostOrlune* inst = lib.Create();
-    inst->KivOutProcPlayInit();
-    EXPECT_TRUE(log.Has("LoadOrulneEffect: Orlune load function symbol failed.", "orlune_mobile",
-                        ANDROID_LOG_ERROR))
-            << log.Dump();
-    EXPECT_EQ(log.CountContaining("Load orlune algo lib OK"), 0);
-    ExpectBlocksUntouched(inst);
-
-    // Only our own reference is left: if the effect had kept its handle, the library would
-    // stay mapped after we drop ours.
-    dlclose(preload);
-    EXPECT_FALSE(IsLoaded(kBrokenStandin));
-    lib.Delete(inst);
+// A library that is missing, or lacks one entry point, leaves the instance unbound: set
+// operations are ignored and every block comes back bit-exact.
+TEST(BindingTest, UnusableAlgorithmLibraryLeavesEveryBlockBitExact) {
+    for (const std::string& standin : {std::string(), kBrokenStandin}) {
+        SCOPED_TRACE(standin);
+        HostLibrary lib;
+        void* preload = standin.empty() ? nullptr : PreloadStandin(standin);
+        LogCapture log;
+        HostOrlune* inst = lib.Create();
+        inst->KivOutProcPlayInit();
+        EXPECT_TRUE(log.Has(standin.empty()
+                                    ? "LoadOrulneEffect: lib64orlune7_1.so open fail."
+                                    : "LoadOrulneEffect: Orlune load function symbol failed.",
+                            "orlune_mobile", ANDROID_LOG_ERROR))
+                << log.Dump();
+        inst->KivParamsSetInt(kIdWidenEnable, 1);
+        inst->KivParamsSetInt(kIdEffectEnable, 1);
+        EXPECT_EQ(log.CountContaining("is set to"), 0);
+        ExpectBlocksUntouched(inst);
+        if (!standin.empty()) {
+            // Only our own reference is left: had the effect kept its handle, the library
+            // would stay mapped after we drop ours.
+            dlclose(preload);
+            EXPECT_FALSE(IsLoaded(standin));
+        }
+        lib.Delete(inst);
+    }
 }
 
 TEST(BindingTest, BindsOnceAndKeepsTheLibraryMapped) {
@@ -79,7 +74,6 @@ TEST(BindingTest, BindsOnceAndKeepsTheLibraryMapped) {
     ASSERT_NE(preload, nullptr) << dlerror();
     HostOrlune* inst = lib.Create();
     // Before set-up nothing is bound: blocks come back as they went in.
-    EXPECT_FALSE(inst->GetProcessEnable());
     ExpectBlocksUntouched(inst);
     lib.Delete(nullptr);  // ignored
     LogCapture log;
@@ -100,6 +94,43 @@ TEST(BindingTest, BindsOnceAndKeepsTheLibraryMapped) {
     EXPECT_TRUE(IsLoaded(kFullStandin));
     lib.Delete(inst);
     EXPECT_TRUE(IsLoaded(kFullStandin));  // deleting the instance does not unload it either
+}
+
+// Drives an instance only through the host's separately declared interface, one observable
+// effect per virtual slot, to prove the slot order of the shipped library.
+TEST(HostViewTest, EachSlotReachesItsOperation) {
+    HostLibrary lib;
+    ASSERT_NE(PreloadStandin(StandinPath("lib64orlune7_1.so")), nullptr);
+    LogCapture log;
+    HostOrlune* inst = lib.Create();
+
+    inst->KivOutProcPlayInit();  // slot 3
+    EXPECT_TRUE(log.Has("LoadOrulneEffect 1075: Load orlune algo lib OK.")) << log.Dump();
+
+    inst->KivParamsSetInt(kIdOrientation, 1);  // slot 4
+    EXPECT_TRUE(log.Has("KivParamsSetInt: Param 4 is set to 1", "orlune_mobile", ANDROID_LOG_INFO));
+
+    inst->KivParamsSetFloat(kIdVolumeDb, -10.0f);  // slot 5
+    EXPECT_TRUE(log.Has("volumeDb = -10.000000", "orlune_mobile", ANDROID_LOG_INFO));
+
+    inst->KivParamsSetString(99, "x");  // slot 6
+    EXPECT_TRUE(
+            log.Has("SetString Unsupport param: 99, value: x", "orlune_mobile", ANDROID_LOG_INFO));
+
+    android::String8 reply = inst->KivParamsGet(android::String8("CHANNEL_SWAPPED"));  // 7
+    EXPECT_STREQ(reply.c_str(), "CHANNEL_SWAPPED=false");
+
+    // Slot 8: the first block comes back as the primed frame of silence.
+    std::vector<short> block(480 * 2, 1000);
+    inst->KivOutProcPlaySamples(block.data(), 480, 2, AUDIO_FORMAT_PCM_16_BIT);
+    EXPECT_EQ(block, std::vector<short>(480 * 2, 0));
+
+    EXPECT_FALSE(inst->GetProcessEnable());  // slot 9
+    inst->SetProcessEnable(true);            // slot 10
+    EXPECT_TRUE(inst->GetProcessEnable());
+
+    lib.Delete(inst);  // slot 1, the deleting destructor
+    EXPECT_TRUE(log.Has("DeleteOrluneInstance"));
 }
 
 }  // namespace

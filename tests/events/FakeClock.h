@@ -11,18 +11,14 @@ public:
     static constexpr int64_t kDayNs = 86400000000000LL;
 
     explicit FakeClock(int64_t start) {
-        Now() = start;
-        orlune_platform::SetClockForTest(&Read);
+        sNow = start;
+        orlune_platform::SetClockForTest([] { return sNow; });
     }
     ~FakeClock() { orlune_platform::SetClockForTest(nullptr); }
 
-    void Set(int64_t ns) { Now() = ns; }
-    void Advance(int64_t ns) { Now() += ns; }
+    void Set(int64_t ns) { sNow = ns; }
+    void Advance(int64_t ns) { sNow += ns; }
 
 private:
-    static int64_t& Now() {
-        static int64_t now = 0;
-        return now;
-    }
-    static int64_t Read() { return Now(); }
+    static inline int64_t sNow = 0;
 };

@@ -1,6 +1,10 @@
+// Usage and error reports: what the recorders count, the keys and rates a report carries, and
+// when reports go out.
 #include <gtest/gtest.h>
 
 #include "base/Log.h"
+#include "events/ErrorCodeRecorder.h"
+#include "events/FrameRecorder.h"
 #include "events/OrluneEvent.h"
 #include "tests/events/EventText.h"
 #include "tests/events/FakeClock.h"
@@ -19,8 +23,18 @@ protected:
     }
     FakeClock clock{kStart};
     OrluneEvents events;
+    ErrorCodeRecorder recorder;
     LogCapture log;
 };
+
+std::vector<uint32_t> Counts(const uint32_t (&counts)[kVolumeBands]) {
+    return std::vector<uint32_t>(counts, counts + kVolumeBands);
+}
+
+std::string ErrorReport(int code, int times) {
+    return "report 916120002 EFFECTNAME=ORLUNE ALGOERRORCODE=" + std::to_string(code) +
+           ".000000 ALGOERRORTIMES=" + std::to_string(times) + ".000000";
+}
 
 TEST_F(OrluneEventsTest, ReportHoldsTheRecordersInMemberOrderThenTheEffectKeys) {
     // Music takes 30 of the 120 speaker blocks, spread over all bands; every other recorder
@@ -53,10 +67,11 @@ TEST_F(OrluneEventsTest, ReportHoldsTheRecordersInMemberOrderThenTheEffectKeys) 
     // Eight speaker recorders of eight keys (mode ids 0, 1, 2, 7, 3, 4, 5, 6; the ring row has
     // no "MODE"), six headphone recorders of three, then the effect's six.
     ASSERT_EQ(keys.size(), 8u * 8 + 6 * 3 + 6);
+    // (The effect's keys close the list: see the text below.)
     const std::pair<size_t, const char*> anchors[] = {
             {8, "GAMEMODELOWVOLRATE"}, {24, "VEMODELOWVOLRATE"}, {58, "RINGVOLUME2RATE"},
             {63, "RINGMODERATE"},      {64, "HPDEFAULTLOWRATE"}, {69, "HP3DLISTENMODERATE"},
-            {81, "HPHIFIMODERATE"},    {82, "EFFECTNAME"},       {87, "EFFECTUSAGETIME"}};
+            {81, "HPHIFIMODERATE"}};
     for (const auto& a : anchors) {
         EXPECT_EQ(keys[a.first], a.second) << a.first;
     }
@@ -79,7 +94,10 @@ TEST_F(OrluneEventsTest, ReportHoldsTheRecordersInMemberOrderThenTheEffectKeys) 
     events.errorCodes.AddErrorCode(4);
     events.SendLog();
     EXPECT_EQ(events.totalFrames + events.algoRunTimes + events.speakerFrames, 0u);
-    EXPECT_EQ(events.hpRecorders[HP_REC_HIFI].counts[1], 0u);
+    EXPECT_EQ(events.hpRecorders[HP_REC_HIFI].counts[1] +
+                      events.spkRecorders[SPK_REC_MUSIC].counts[1] +
+                      events.spkRecorders[SPK_REC_MUSIC].totalFrames + SpkFrameRecorder::gFrameSums,
+              0u);
     EXPECT_EQ(events.errorCodes.errorCounts.at(4), 1);
 }
 
@@ -100,7 +118,6 @@ TEST_F(OrluneEventsTest, ReportIsDueDailyAndCatchesUpOnMissedDays) {
     EXPECT_EQ(reports[0].rfind("report 916120002 EFFECTNAME=ORLUNE ORLUNEENABLERATE=1.000000", 0),
               0u);
     EXPECT_EQ(reports[1], "report 916120002");  // empty: the first report cleared the counters
-    EXPECT_EQ(events.lastSendTime, kStart + 2 * kDay);
 
     events.lastSendTime = -1;
     clock.Set(kStart + 10 * kDay);
@@ -115,10 +132,80 @@ TEST_F(OrluneEventsTest, TriggerAlsoSendsTheDueErrorCode) {
     clock.Set(kStart + 2 * kDay);
     log.Clear();
     events.TriggerSendLog();  // both due: the error code first
-    EXPECT_EQ(Reports(log), (std::vector<std::string>{"report 916120002 EFFECTNAME=ORLUNE "
-                                                      "ALGOERRORCODE=6.000000 "
-                                                      "ALGOERRORTIMES=2.000000",
-                                                      "report 916120002"}));
+    EXPECT_EQ(Reports(log), (std::vector<std::string>{ErrorReport(6, 2), "report 916120002"}));
+}
+
+TEST_F(OrluneEventsTest, VolumeBandsAtTheThresholds) {
+    SpkFrameRecorder spk;
+    HpFrameRecorder hp;
+    for (int volume : {-5, 10, 11, 41, 60, 61}) {
+        spk.RecordFrames(volume, kThresholds);
+        hp.RecordFrames(volume, kThresholds);
+    }
+    // Above every threshold the headphone recorder counts band 1, not band 6.
+    EXPECT_EQ(Counts(spk.counts), (std::vector<uint32_t>{2, 1, 0, 0, 1, 1, 1}));
+    EXPECT_EQ(Counts(hp.counts), (std::vector<uint32_t>{2, 2, 0, 0, 1, 1, 0}));
+    EXPECT_EQ(spk.totalFrames + hp.totalFrames, 12u);
+    EXPECT_EQ(SpkFrameRecorder::gFrameSums + HpFrameRecorder::gFrameSums, 12u);
+}
+
+// Headphones report band 0 apart from the sum of the others.
+TEST_F(OrluneEventsTest, HeadphoneRatesOfBandZeroAndTheRest) {
+    HpFrameRecorder hp;
+    hp.mode = 0;
+    hp.RecordFrames(5, kThresholds);
+    hp.RecordFrames(25, kThresholds);
+    hp.RecordFrames(61, kThresholds);
+    TovaEvent event(1);
+    hp.PutInEvent(event);
+    EXPECT_EQ(EventText(event),
+              "HPDEFAULTLOWRATE=0.333333 HPDEFAULTONERATE=0.666667 HPDEFAULTMODERATE=1.000000");
+}
+
+TEST_F(OrluneEventsTest, RepeatedCodeWaitsForThePeriodAndCarriesItsCount) {
+    recorder.AddErrorCode(5);  // reported at once; the next period starts at kStart + kDay
+    clock.Set(kStart + kDay);
+    for (int i = 0; i < 9; ++i) {
+        recorder.AddErrorCode(5);
+        clock.Advance(kDay / 10);  // stays below kStart + 2 days
+    }
+    EXPECT_EQ(Reports(log).size(), 1u);
+    clock.Set(kStart + 2 * kDay);
+    log.Clear();
+    recorder.AddErrorCode(5);
+    EXPECT_EQ(Reports(log), std::vector<std::string>{ErrorReport(5, 10)});
+
+    // Due again, but the code did not come back: the event goes out without error keys.
+    clock.Set(kStart + 3 * kDay - 1);
+    recorder.TriggerSendErrorCode(5);
+    EXPECT_EQ(Reports(log).size(), 1u);
+    clock.Set(kStart + 3 * kDay);
+    recorder.TriggerSendErrorCode(5);
+    EXPECT_EQ(Reports(log).back(), "report 916120002");
+}
+
+TEST_F(OrluneEventsTest, EveryChangeOfCodeIsReportedAtOnce) {
+    // The stored code starts at 0, so the first code is a change too.
+    recorder.AddErrorCode(5);
+    recorder.AddErrorCode(7);
+    recorder.AddErrorCode(5);
+    EXPECT_EQ(Reports(log),
+              (std::vector<std::string>{ErrorReport(5, 1), ErrorReport(7, 1), ErrorReport(5, 1)}));
+    EXPECT_EQ(recorder.lastSendTime, kStart + 3 * kDay);  // one period per report, not "now"
+}
+
+TEST_F(OrluneEventsTest, CodeZeroAndADisabledRecorderNeverReport) {
+    recorder.AddErrorCode(0);
+    recorder.AddErrorCode(0);
+    clock.Set(kStart + 5 * kDay);
+    recorder.TriggerSendErrorCode(0);
+    EXPECT_EQ(recorder.errorCounts.at(0), 2);
+
+    recorder.lastSendTime = -1;
+    recorder.AddErrorCode(9);
+    recorder.AddErrorCode(4);
+    EXPECT_TRUE(Reports(log).empty());
+    EXPECT_EQ(recorder.errorCounts.at(9), 1);
 }
 
 }  // namespace

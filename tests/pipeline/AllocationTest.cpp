@@ -23,7 +23,6 @@ static void Count() {
 extern "C" void* __libc_malloc(size_t size);
 extern "C" void* __libc_calloc(size_t count, size_t size);
 extern "C" void* __libc_realloc(void* ptr, size_t size);
-extern "C" void __libc_free(void* ptr);
 
 extern "C" void* malloc(size_t size) {
     Count();
@@ -37,10 +36,8 @@ extern "C" void* realloc(void* ptr, size_t size) {
     Count();
     return __libc_realloc(ptr, size);
 }
-extern "C" void free(void* ptr) {
-    __libc_free(ptr);
-}
-// The C++ library's operator new and delete call these as well.
+// free stays glibc's own, which these blocks come from. The C++ library's operator new calls
+// malloc as well.
 
 namespace {
 

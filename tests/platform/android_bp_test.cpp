@@ -6,6 +6,8 @@
 
 #include <filesystem>
 #include <fstream>
+#include <iterator>
+#include <regex>
 #include <set>
 #include <sstream>
 #include <string>
@@ -24,18 +26,12 @@ std::vector<std::string> Strings(const std::string& text) {
     std::istringstream lines(text);
     for (std::string line; std::getline(lines, line);) {
         line = line.substr(0, line.find("//"));
-        for (size_t open = line.find('"'); open != std::string::npos;) {
-            const size_t close = line.find('"', open + 1);
-            out.push_back(line.substr(open + 1, close - open - 1));
-            open = close == std::string::npos ? close : line.find('"', close + 1);
+        static const std::regex kQuoted("\"([^\"]*)\"");
+        for (std::sregex_iterator m(line.begin(), line.end(), kQuoted), end; m != end; ++m) {
+            out.push_back((*m)[1]);
         }
     }
     return out;
-}
-
-bool IsFile(const std::string& s) {
-    const size_t dot = s.rfind('.');
-    return dot != std::string::npos && (s.substr(dot) == ".cpp" || s.substr(dot) == ".map");
 }
 
 // What is wrong with `blueprint` against the sources the library must have, one line each.
@@ -49,7 +45,9 @@ std::vector<std::string> Problems(const std::string& blueprint,
                 problems.push_back("host-only: " + s);
             }
         }
-        if (IsFile(s) && !fs::is_regular_file(fs::path(ORLUNE_SOURCE_DIR) / s)) {
+        const fs::path ext = fs::path(s).extension();
+        if ((ext == ".cpp" || ext == ".map") &&
+            !fs::is_regular_file(fs::path(ORLUNE_SOURCE_DIR) / s)) {
             problems.push_back("missing: " + s);
         }
     }
@@ -60,7 +58,7 @@ std::vector<std::string> Problems(const std::string& blueprint,
     std::set<std::string> listed;
     for (const std::string& s :
          Strings(blueprint.substr(name, blueprint.find("\n}", name) - name))) {
-        if (s.size() > 4 && s.substr(s.size() - 4) == ".cpp") {
+        if (fs::path(s).extension() == ".cpp") {
             listed.insert(s);
         }
     }
@@ -77,23 +75,11 @@ std::vector<std::string> Problems(const std::string& blueprint,
     return problems;
 }
 
-std::string ReadFile(const fs::path& path) {
-    std::ifstream in(path);
-    std::stringstream text;
-    text << in.rdbuf();
-    return text.str();
-}
-
 // The product sources of this build (one per line, relative to the source folder), plus the
 // device implementations of the platform seam, which only the device build compiles.
 std::set<std::string> LibrarySources() {
-    std::set<std::string> sources;
-    std::istringstream lines(ReadFile(ORLUNE_PRODUCT_SOURCES));
-    for (std::string line; std::getline(lines, line);) {
-        if (!line.empty()) {
-            sources.insert(line);
-        }
-    }
+    std::ifstream list(ORLUNE_PRODUCT_SOURCES);
+    std::set<std::string> sources{std::istream_iterator<std::string>(list), {}};
     for (const char* dir : {"platform/device", "platform/common"}) {
         for (const auto& entry : fs::directory_iterator(fs::path(ORLUNE_SOURCE_DIR) / dir)) {
             if (entry.path().extension() == ".cpp") {
@@ -108,7 +94,8 @@ TEST(AndroidBp, MatchesTheProductSourcesOfThisBuild) {
     const std::set<std::string> sources = LibrarySources();
     ASSERT_GT(sources.size(), 30u);  // the list was generated
     ASSERT_EQ(sources.count("platform/device/device_fs.cpp"), 1u);
-    const std::string bp = ReadFile(fs::path(ORLUNE_SOURCE_DIR) / "Android.bp");
+    std::ifstream file(fs::path(ORLUNE_SOURCE_DIR) / "Android.bp");
+    const std::string bp{std::istreambuf_iterator<char>(file), {}};
     EXPECT_EQ(Problems(bp, sources), std::vector<std::string>{});
 }
 

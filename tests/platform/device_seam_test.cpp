@@ -41,24 +41,20 @@ extern "C" int32_t property_get_int32(const char* key, int32_t defaultValue) {
 namespace orlune_platform {
 namespace {
 
-// A real file, and a device root that holds a different file at the same path.
+// A real file, and a device root that holds a file the real root lacks.
 struct RealAndRooted : ::testing::Test {
     fs::path real = fs::temp_directory_path() / ("orlune-seam-" + std::to_string(getpid()));
-    fs::path root = real.string() + "-root";
     std::string file = (real / "version.txt").string();
 
     void SetUp() override {
-        fs::create_directories(real);
-        fs::create_directories(root / real.relative_path());
+        fs::create_directories(real / "root");
         std::ofstream(file) << "real\n";
-        std::ofstream(root / real.relative_path() / "version.txt") << "rooted\n";
-        std::ofstream(root / "only-rooted.txt") << "x\n";
-        setenv("ORLUNE_DEVICE_ROOT", root.c_str(), 1);
+        std::ofstream(real / "root/only-rooted.txt") << "x\n";
+        setenv("ORLUNE_DEVICE_ROOT", (real / "root").c_str(), 1);
     }
     void TearDown() override {
         unsetenv("ORLUNE_DEVICE_ROOT");
         fs::remove_all(real);
-        fs::remove_all(root);
     }
 };
 
@@ -69,6 +65,7 @@ TEST_F(RealAndRooted, PathsAreTheRealPathsWhateverTheDeviceRoot) {
     EXPECT_NE(fgets(line, sizeof line, fp), nullptr);
     fclose(fp);
     EXPECT_STREQ(line, "real\n");
+    EXPECT_EQ(DevFopen("/only-rooted.txt", "r"), nullptr);
 
     char resolved[PATH_MAX];
     ASSERT_NE(DevRealpath(file.c_str(), resolved), nullptr);
@@ -78,7 +75,6 @@ TEST_F(RealAndRooted, PathsAreTheRealPathsWhateverTheDeviceRoot) {
     EXPECT_EQ(st.st_size, 5);
     EXPECT_EQ(DevAccess(file.c_str(), R_OK), 0);
     EXPECT_NE(DevAccess("/only-rooted.txt", F_OK), 0);
-    EXPECT_EQ(DevFopen("/only-rooted.txt", "r"), nullptr);
 
     char host[32];
     EXPECT_TRUE(DevHostPath("/odm/etc/kiv/a.xml", host, 19));

@@ -1,5 +1,7 @@
-// The host's device: paths under ORLUNE_DEVICE_ROOT with realpath mapped back, and the
-// customisation stub's three answers.
+// The host's device: paths under ORLUNE_DEVICE_ROOT with realpath mapped back, the
+// customisation stub's three answers, and system properties from the file named by
+// ORLUNE_PROPERTIES.
+#include <cutils/properties.h>
 #include <gtest/gtest.h>
 #include <limits.h>
 #include <platform/device_fs.h>
@@ -7,6 +9,7 @@
 #include <vardocust/download_cfg.h>
 
 #include <filesystem>
+#include <fstream>
 #include <string>
 
 #include "tests/support/DeviceRoot.h"
@@ -23,21 +26,15 @@ TEST(PlatformDevice, RealpathIsMappedBackFromTheRootOrTheRealRoot) {
     DeviceRoot root;
     root.WriteKiv("version.txt", "1.0.2\n");
     std::filesystem::create_symlink("version.txt", root.HostPath("/odm/etc/kiv/link"));
-    std::filesystem::create_directory_symlink(root.Path(), root.Path() + "link");
-    for (const std::string& dir : {root.Path(), root.Path() + "/", root.Path() + "link"}) {
-        setenv("ORLUNE_DEVICE_ROOT", dir.c_str(), 1);
-        EXPECT_EQ(Realpath("/odm/etc/../etc/kiv/./link"), "/odm/etc/kiv/version.txt") << dir;
-        EXPECT_EQ(Realpath("/odm"), "/odm") << dir;
-        EXPECT_EQ(Realpath("/"), "/") << dir;
-        EXPECT_EQ(Realpath("/odm/etc/kiv/missing"), "<null>") << dir;
-    }
-    // Unset or empty: the real root.
-    const std::string link = root.HostPath("/odm/etc/kiv/link");
-    for (bool empty : {false, true}) {
-        empty ? setenv("ORLUNE_DEVICE_ROOT", "", 1) : unsetenv("ORLUNE_DEVICE_ROOT");
-        EXPECT_EQ(Realpath("/odm/etc/kiv/link"), "<null>");
-        EXPECT_EQ(Realpath(link.c_str()), root.HostPath("/odm/etc/kiv/version.txt"));
-    }
+    EXPECT_EQ(Realpath("/odm/etc/../etc/kiv/./link"), "/odm/etc/kiv/version.txt");
+    EXPECT_EQ(Realpath("/odm"), "/odm");
+    EXPECT_EQ(Realpath("/"), "/");
+    EXPECT_EQ(Realpath("/odm/etc/kiv/missing"), "<null>");
+    // Unset: the real root.
+    unsetenv("ORLUNE_DEVICE_ROOT");
+    EXPECT_EQ(Realpath("/odm/etc/kiv/link"), "<null>");
+    EXPECT_EQ(Realpath(root.HostPath("/odm/etc/kiv/link").c_str()),
+              root.HostPath("/odm/etc/kiv/version.txt"));
 }
 
 // "null", or "<found> <path> <version>" of the record.
@@ -59,6 +56,57 @@ TEST(PlatformDevice, DownloadCfgAnswersFileDirectoryOrNothing) {
     EXPECT_EQ(DownloadCfg("/soundalgorithm"), "1 /soundalgorithm/kiv_config.xml ");
     root.WriteFile("/soundalgorithm/cfg_version", "2.0.1.7\nsecond line\n");
     EXPECT_EQ(DownloadCfg("/soundalgorithm/"), "1 /soundalgorithm/kiv_config.xml 2.0.1.7");
+}
+
+class PlatformProperties : public ::testing::Test {
+protected:
+    void SetProps(const std::string& content) {
+        std::ofstream(mRoot.PropertiesPath(), std::ios::trunc) << content;
+    }
+    // The value copied; the returned length must be its length.
+    std::string Get(const char* key, const char* def) {
+        char value[PROPERTY_VALUE_MAX];
+        memset(value, 'x', sizeof value);
+        int n = property_get(key, value, def);
+        EXPECT_EQ(static_cast<size_t>(n), strlen(value));
+        return value;
+    }
+    DeviceRoot mRoot;
+};
+
+TEST_F(PlatformProperties, FileRulesDefaultsAndTruncationTo91Characters) {
+    const std::string longText(120, 'v');
+    SetProps(
+            "# comment=1\n\na=first\n#a=commented\nro.x.y=1\na=last\neq=k=v\nempty=\n"
+            "spaced = v \nnoequals\ncrlf=v\r\nlong=" +
+            longText + "\ntail=no newline");
+    std::string got;
+    for (const char* key : {"a", "# comment", "#a", "ro.x", "eq", "empty", "spaced ", "noequals",
+                            "crlf", "tail", "long"}) {
+        got += Get(key, "d") + "|";
+    }
+    // No prefix of a key matches; a value is cut at 91 characters.
+    EXPECT_EQ(got, "last|d|d|d|k=v|d| v |d|v|no newline|" + longText.substr(0, 91) + "|");
+    EXPECT_EQ(Get("missing", longText.c_str()), longText.substr(0, 91));
+    SetProps("a=changed\n");  // read again at every call
+    EXPECT_EQ(Get("a", "d"), "changed");
+    EXPECT_EQ(Get("b", nullptr), "");
+    // No file, or no variable: the default.
+    setenv("ORLUNE_PROPERTIES", (mRoot.Path() + "/missing").c_str(), 1);
+    EXPECT_EQ(Get("a", "def"), "def");
+    unsetenv("ORLUNE_PROPERTIES");
+    EXPECT_EQ(property_get_int32("a", 5), 5);
+}
+
+TEST_F(PlatformProperties, Int32ParsesLikeStrtoimaxBase0) {
+    std::string got;
+    for (const char* text :
+         {"12abc", "08", "0x10", "010", " -7", "+3", "-0x10", "2147483647", "-2147483648",
+          "2147483648", "-2147483649", "99999999999999999999", "abc", "", " "}) {
+        SetProps(std::string("k=") + text + "\n");
+        got += std::to_string(property_get_int32("k", 99)) + " ";
+    }
+    EXPECT_EQ(got, "12 0 16 8 -7 3 -16 2147483647 -2147483648 99 99 99 99 99 99 ");
 }
 
 }  // namespace

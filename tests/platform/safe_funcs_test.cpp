@@ -27,7 +27,6 @@ TEST(PlatformSafeFuncs, CopiesAndPrintsRefuseWhatDoesNotFit) {
     EXPECT_NE(strncpy_s(g.buf, sizeof g.buf, "abcdefghij", 8), EOK);
     EXPECT_EQ(Result(sprintf_s(g.buf, sizeof g.buf, "%s %d", "ab", 1075)), "7 ab 1075");
     EXPECT_EQ(Result(sprintf_s(g.buf, sizeof g.buf, "%s", "12345678")), "-1 ");
-    EXPECT_EQ(Result(snprintf_s(g.buf, sizeof g.buf, sizeof g.buf - 1, "%d", 42)), "2 42");
     EXPECT_EQ(Result(snprintf_s(g.buf, sizeof g.buf, 3, "%s", "abcdef")), "-1 abc");  // by count
     EXPECT_EQ(Result(snprintf_s(g.buf, sizeof g.buf, 100, "%s", "abcdefghijkl")), "-1 ");  // size
     EXPECT_EQ(Result(snprintf_s(g.buf, sizeof g.buf, 100, "%s", "abcdefg")), "7 abcdefg");
@@ -48,7 +47,6 @@ TEST(PlatformSafeFuncs, ScanBoundsEveryStringBySizeArgument) {
     EXPECT_EQ(Scan("product 42"), "2 product 42");
     // A word that does not fit with its terminator fails the conversion and writes nothing past
     // the buffer.
-    EXPECT_EQ(Scan("abcdefghijklmnop 7"), "0");
     EXPECT_EQ(Scan("12345678 7"), "0");
 }
 
