@@ -1,14 +1,12 @@
-// Raising- and falling-edge searches on a hand-filled work buffer, and the fast scans and the
-// fades' divider against plain arithmetic. (The fade envelopes are stream and export tests.)
+// Raising- and falling-edge searches on a hand-filled work buffer, and the fast stereo scans
+// against the frame-by-frame ones (the only such check on builds without SSE2).
 #include <algorithm>
 #include <random>
 #include <string>
 #include <vector>
 
 #include "base/Log.h"
-#include "popelim/EdgeFade.h"
 #include "popelim/EdgeSearch.h"
-#include "popelim/RampDivider.h"
 #include "popelim/StereoSearch.h"
 #include "tests/popelim/PopElimTestUtil.h"
 #include "tests/support/LogCapture.h"
@@ -125,90 +123,6 @@ TEST(PopElimFastPathTest, StereoSearchesFindWhatFrameByFrameSearchesFind) {
     }
     // The material must actually exercise both searches.
     EXPECT_GT(std::min(found[0], found[1]), 300);
-}
-
-// The fades divide with an estimate that is corrected by the remainder; it must truncate exactly
-// as a signed 64-bit division does, above all at multiples of the ramp length.
-TEST(PopElimFastPathTest, RampDividerTruncatesLikeSigned64BitDivision) {
-    std::mt19937_64 rng(7);
-    for (int64_t den : {1LL, 3LL, 332LL, 3840LL, 1000003LL, 0x7FFFFFFFLL, 0xFFFFFFFFLL}) {
-        const popelim::RampDivider divider(den);
-        for (int i = 0; i < 40000; ++i) {
-            // A quotient of up to 2^31 - 2 of either sign, plus -1, 0 or 1.
-            const int64_t q = static_cast<int64_t>(rng() % ((uint64_t{1} << 31) - 1));
-            const int64_t num = (i % 2 ? q : -q) * den + static_cast<int64_t>(rng() % 3) - 1;
-            ASSERT_EQ(divider.Divide(num), num / den) << num << " / " << den;
-        }
-    }
-}
-
-// Ramps of up to 4096 frames scale in double precision; every k × s / n must still truncate
-// exactly, at the extremes of the sample range and where the quotient is an integer.
-TEST(PopElimFastPathTest, ShortRampScaleTruncatesLikeSigned64BitDivision) {
-    std::mt19937_64 rng(11);
-    int64_t integral = 0;
-    for (int64_t n = 1; n <= popelim::kShortRampMax; n += 1 + static_cast<int64_t>(rng() % 7)) {
-        const popelim::RampDivider divider(n);
-        ASSERT_TRUE(divider.Short());
-        for (int i = 0; i < 400; ++i) {
-            const int64_t k = i < 2 ? (i == 0 ? 0 : n - 1) : static_cast<int64_t>(rng() % n);
-            int32_t s;
-            switch (i % 4) {
-                case 0:
-                    s = i % 8 ? INT32_MIN : INT32_MAX;
-                    break;
-                case 1:  // a multiple of n / gcd(k, n), so that k × s / n is an integer
-                    s = static_cast<int32_t>(n * static_cast<int64_t>(rng() % (INT32_MAX / n)));
-                    s = i % 8 == 1 ? -s : s;
-                    break;
-                default:
-                    s = static_cast<int32_t>(rng());
-                    break;
-            }
-            integral += (k * s) % n == 0;
-            ASSERT_EQ(divider.Scale(k, s), k * s / n) << k << " * " << s << " / " << n;
-        }
-    }
-    EXPECT_GT(integral, 10000);
-}
-
-}  // namespace
-
-namespace {
-
-// The stereo fades scale four frames per step in vector lanes; every sample of both channels
-// must come out as the frame-by-frame fade leaves it, for every ramp end and start.
-TEST(PopElimFastPathTest, StereoFadesMatchFrameByFrameFades) {
-    std::mt19937 rng(5);
-    constexpr unsigned kFrames = popelim::kStereoMaxFrames;
-    const ProcessHandle handle{2,     4,       kPopBlockBytes, 0,       3,
-                               48000, nullptr, kPopBlockBytes, nullptr, 0};
-    std::vector<int32_t> source(2 * kFrames);
-    for (size_t i = 0; i < source.size(); ++i) {
-        const int32_t extremes[] = {INT32_MIN, INT32_MAX, -1, 1, 0};
-        source[i] = i % 7 < 5 ? extremes[i % 7] : static_cast<int32_t>(rng());
-    }
-    for (unsigned pos : {0u, 1u, 3u, 5u, 100u, 331u, 475u, 476u, 479u}) {
-        for (unsigned writable : {kFrames, kFrames - 1, pos + 2}) {
-            for (unsigned c = 0; c < 2; ++c) {
-                for (bool fadeOut : {false, true}) {
-                    std::vector<int32_t> fast = source;
-                    std::vector<int32_t> plain = source;
-                    popelim::FixedStrideSamples<2> fastView{fast.data() + c};
-                    popelim::ChannelSamples plainView{plain.data() + c, 2};
-                    if (fadeOut) {
-                        popelim::FadeOutAt(fastView, handle, kPopBlockBytes, pos, writable);
-                        popelim::FadeOutAt(plainView, handle, kPopBlockBytes, pos, writable);
-                    } else {
-                        popelim::FadeInFrom(fastView, handle, kPopBlockBytes, pos, writable);
-                        popelim::FadeInFrom(plainView, handle, kPopBlockBytes, pos, writable);
-                    }
-                    ASSERT_EQ(fast, plain) << "pos " << pos << " writable " << writable
-                                           << " channel " << c << " fade-out " << fadeOut;
-                }
-            }
-        }
-    }
 }
 
 }  // namespace
