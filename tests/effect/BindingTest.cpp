@@ -18,25 +18,16 @@ namespace {
 const std::string kFullStandin = StandinPath("lib64orlune7_1.so");
 const std::string kBrokenStandin = StandinPath("missing-getpara/lib64orlune7_1.so");
 
-// Runs blocks of several shapes through the instance and expects each to come back exactly
-// as it went in.
+// Runs a four-channel float block through the instance and expects it back exactly as it went
+// in. (An unbound instance returns before it looks at the block's shape.)
 void ExpectBlocksUntouched(HostOrlune* inst) {
     std::mt19937 rng(7);
-    const struct {
-        int frames, channels;
-        audio_format_t format;
-    } shapes[] = {{240, 2, AUDIO_FORMAT_PCM_16_BIT},
-                  {1001, 4, AUDIO_FORMAT_PCM_FLOAT},
-                  {1920, 8, AUDIO_FORMAT_PCM_24_BIT_PACKED}};
-    for (const auto& s : shapes) {
-        std::vector<uint8_t> block(static_cast<size_t>(s.frames) * s.channels *
-                                   audio_bytes_per_sample(s.format));
-        std::generate(block.begin(), block.end(), std::ref(rng));
-        const std::vector<uint8_t> before = block;
-        inst->KivOutProcPlaySamples(reinterpret_cast<short*>(block.data()), s.frames, s.channels,
-                                    s.format);
-        EXPECT_EQ(block, before) << s.frames << " frames, " << s.channels << " channels";
-    }
+    std::vector<uint8_t> block(1001 * 4 * sizeof(float));
+    std::generate(block.begin(), block.end(), std::ref(rng));
+    const std::vector<uint8_t> before = block;
+    inst->KivOutProcPlaySamples(reinterpret_cast<short*>(block.data()), 1001, 4,
+                                AUDIO_FORMAT_PCM_FLOAT);
+    EXPECT_EQ(block, before);
 }
 
 // A library that is missing, or lacks one entry point, leaves the instance unbound: set
