@@ -1,13 +1,10 @@
-// The host's device: paths under ORLUNE_DEVICE_ROOT with realpath mapped back, and system
-// properties from the file named by ORLUNE_PROPERTIES. (The customisation stub's answers are
-// checked where the configuration choice and orlune-config use them.)
+// The host's system properties: read from the file named by ORLUNE_PROPERTIES at every call.
+// (Device paths and the customisation stub are checked where the configuration readers and
+// orlune-config use them.)
 #include <cutils/properties.h>
 #include <gtest/gtest.h>
-#include <limits.h>
-#include <platform/device_fs.h>
 #include <stdlib.h>
 
-#include <filesystem>
 #include <fstream>
 #include <string>
 
@@ -15,26 +12,6 @@
 
 namespace orlune_platform {
 namespace {
-
-std::string Realpath(const char* path) {
-    char out[PATH_MAX];
-    return DevRealpath(path, out) != nullptr ? out : "<null>";
-}
-
-TEST(PlatformDevice, RealpathIsMappedBackFromTheRootOrTheRealRoot) {
-    DeviceRoot root;
-    root.WriteKiv("version.txt", "1.0.2\n");
-    std::filesystem::create_symlink("version.txt", root.HostPath("/odm/etc/kiv/link"));
-    EXPECT_EQ(Realpath("/odm/etc/../etc/kiv/./link"), "/odm/etc/kiv/version.txt");
-    EXPECT_EQ(Realpath("/odm"), "/odm");
-    EXPECT_EQ(Realpath("/"), "/");
-    EXPECT_EQ(Realpath("/odm/etc/kiv/missing"), "<null>");
-    // Unset: the real root.
-    unsetenv("ORLUNE_DEVICE_ROOT");
-    EXPECT_EQ(Realpath("/odm/etc/kiv/link"), "<null>");
-    EXPECT_EQ(Realpath(root.HostPath("/odm/etc/kiv/link").c_str()),
-              root.HostPath("/odm/etc/kiv/version.txt"));
-}
 
 class PlatformProperties : public ::testing::Test {
 protected:
