@@ -18,25 +18,16 @@ namespace {
 const std::string kFullStandin = StandinPath("lib64orlune7_1.so");
 const std::string kBrokenStandin = StandinPath("missing-getpara/lib64orlune7_1.so");
 
-// Runs blocks of several shapes through the instance and expects each to come back exactly
-// as it went in.
+// Runs a four-channel float block through the instance and expects it back exactly as it went
+// in. (An unbound instance returns before it looks at the block's shape.)
 void ExpectBlocksUntouched(HostOrlune* inst) {
     std::mt19937 rng(7);
-    const struct {
-        int frames, channels;
-        audio_format_t format;
-    } shapes[] = {{240, 2, AUDIO_FORMAT_PCM_16_BIT},
-                  {1001, 4, AUDIO_FORMAT_PCM_FLOAT},
-                  {1920, 8, AUDIO_FORMAT_PCM_24_BIT_PACKED}};
-    for (const auto& s : shapes) {
-        std::vector<uint8_t> block(static_cast<size_t>(s.frames) * s.channels *
-                                   audio_bytes_per_sample(s.format));
-        std::generate(block.begin(), block.end(), std::ref(rng));
-        const std::vector<uint8_t> before = block;
-        inst->KivOutProcPlaySamples(reinterpret_cast<short*>(block.data()), s.frames, s.channels,
-                                    s.format);
-        EXPECT_EQ(block, before) << s.frames << " frames, " << s.channels << " channels";
-    }
+    std::vector<uint8_t> block(1001 * 4 * sizeof(float));
+    std::generate(block.begin(), block.end(), std::ref(rng));
+    const std::vector<uint8_t> before = block;
+    inst->KivOutProcPlaySamples(reinterpret_cast<short*>(block.data()), 1001, 4,
+                                AUDIO_FORMAT_PCM_FLOAT);
+    EXPECT_EQ(block, before);
 }
 
 // A library that is missing, or lacks one entry point, leaves the instance unbound: set
@@ -96,41 +87,15 @@ TEST(BindingTest, BindsOnceAndKeepsTheLibraryMapped) {
     EXPECT_TRUE(IsLoaded(kFullStandin));  // deleting the instance does not unload it either
 }
 
-// Drives an instance only through the host's separately declared interface, one observable
-// effect per virtual slot, to prove the slot order of the shipped library.
-TEST(HostViewTest, EachSlotReachesItsOperation) {
+// The host reaches the instance only through its separately declared interface. Slots 1 to 8
+// carry every other test here; the last two, which nothing else uses, are checked on their own.
+TEST(HostViewTest, ProcessEnableSlotsReachTheirOperations) {
     HostLibrary lib;
-    ASSERT_NE(PreloadStandin(StandinPath("lib64orlune7_1.so")), nullptr);
-    LogCapture log;
     HostOrlune* inst = lib.Create();
-
-    inst->KivOutProcPlayInit();  // slot 3
-    EXPECT_TRUE(log.Has("LoadOrulneEffect 1075: Load orlune algo lib OK.")) << log.Dump();
-
-    inst->KivParamsSetInt(kIdOrientation, 1);  // slot 4
-    EXPECT_TRUE(log.Has("KivParamsSetInt: Param 4 is set to 1", "orlune_mobile", ANDROID_LOG_INFO));
-
-    inst->KivParamsSetFloat(kIdVolumeDb, -10.0f);  // slot 5
-    EXPECT_TRUE(log.Has("volumeDb = -10.000000", "orlune_mobile", ANDROID_LOG_INFO));
-
-    inst->KivParamsSetString(99, "x");  // slot 6
-    EXPECT_TRUE(
-            log.Has("SetString Unsupport param: 99, value: x", "orlune_mobile", ANDROID_LOG_INFO));
-
-    android::String8 reply = inst->KivParamsGet(android::String8("CHANNEL_SWAPPED"));  // 7
-    EXPECT_STREQ(reply.c_str(), "CHANNEL_SWAPPED=false");
-
-    // Slot 8: the first block comes back as the primed frame of silence.
-    std::vector<short> block(480 * 2, 1000);
-    inst->KivOutProcPlaySamples(block.data(), 480, 2, AUDIO_FORMAT_PCM_16_BIT);
-    EXPECT_EQ(block, std::vector<short>(480 * 2, 0));
-
     EXPECT_FALSE(inst->GetProcessEnable());  // slot 9
     inst->SetProcessEnable(true);            // slot 10
     EXPECT_TRUE(inst->GetProcessEnable());
-
-    lib.Delete(inst);  // slot 1, the deleting destructor
-    EXPECT_TRUE(log.Has("DeleteOrluneInstance"));
+    lib.Delete(inst);
 }
 
 }  // namespace

@@ -74,7 +74,6 @@ TEST(PipelineAllocationTest, ProcessingBlocksAllocatesNothing) {
     EXPECT_EQ(counted(600, 480, 4, AUDIO_FORMAT_PCM_16_BIT), 0);
     EXPECT_EQ(counted(300, 333, 4, AUDIO_FORMAT_PCM_FLOAT), 0);
     EXPECT_EQ(counted(100, 960, 8, AUDIO_FORMAT_PCM_24_BIT_PACKED), 0);
-    EXPECT_EQ(counted(100, 240, 10, AUDIO_FORMAT_PCM_32_BIT), 0);
     host.Effect()->KivParamsSetInt(5, 1);  // swap fade on the four-channel output
     EXPECT_EQ(counted(100, 480, 4, AUDIO_FORMAT_PCM_16_BIT), 0);
     // Refused blocks log a line but allocate nothing either.
