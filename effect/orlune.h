@@ -114,6 +114,7 @@ public:
     void RemoveProcessedSamples(int consumed, int frames);
     void SwapFourChannel(int frames, int channels);
     void WriteBufferToOutput(short* buffer, int samples, audio_format_t format);
+    bool SingleFrameBlock(int frames) const;
     int32_t* PopEliminate(const int* buf, int samples, bool mode);
 
     // PCM dump. Enable and Disable run with mDumpLock held; DumpPcm is the block's.
@@ -285,6 +286,9 @@ public:
     int32_t mOutputBuffer[kOutputBufferSamples];
     int32_t inBufOffset = 0;
     int32_t outBufOffset = 0;
+    // Set by a single-frame block (SingleFrameBlock), which leaves the frame behind the held one
+    // as it was instead of a copy of the held one; the next other block restores that copy.
+    bool mOutputTailStale = false;
     int32_t mChannelCount = 0;
     int32_t mConfigChannelOut = 2;
     int32_t mOutChannelCount = 2;
