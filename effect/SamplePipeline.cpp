@@ -157,7 +157,8 @@ void Orlune::KivOutProcPlaySamples(short* buffer, int frames, int channels, audi
 
     ReadInputToBuffer(buffer, frames * pc, format);
     const bool single = pc == 2 && SingleFrameBlock(frames);
-    if (mOutputTailStale && !single) {
+    const bool tailStale = mOutputTailStale;
+    if (tailStale && !single) {
         // What the shift after the last block would have left behind the held frame: a copy.
         memcpy(mOutputBuffer + pipeline::kStereoFrameSamples, mOutputBuffer,
                pipeline::kStereoFrameSamples * sizeof(int32_t));
@@ -181,11 +182,15 @@ void Orlune::KivOutProcPlaySamples(short* buffer, int frames, int channels, audi
         if (single) {
             // The usual block: one frame held, one made, one written back. The held frame goes
             // to the host first (its input is already in the cache), so the new one is made at
-            // the buffer's start and nothing is shifted.
+            // the buffer's start and nothing is shifted. A failed run leaves in place what the
+            // shift would have brought there: the frame behind the held one.
             memcpy_by_audio_format(buffer, format, mOutputBuffer, AUDIO_FORMAT_PCM_32_BIT,
                                    pipeline::kStereoFrameSamples);
+            if (!KivApply(mInputCache, mOutputBuffer) && !tailStale) {
+                memcpy(mOutputBuffer, mOutputBuffer + pipeline::kStereoFrameSamples,
+                       pipeline::kStereoFrameSamples * sizeof(int32_t));
+            }
             outBufOffset = 0;
-            ProcessFadeInOut(1);
             RemoveProcessedSamples(pipeline::kStereoFrameSamples, 1);
             return;
         }

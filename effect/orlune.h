@@ -109,7 +109,7 @@ public:
     void RecordKivLog(int frames, int channels, audio_format_t format);
     void SwapChannel(int frames, int channels);
     void ProcessFadeInOut(int frameCount);
-    void KivApply(const int* in, int* out);
+    bool KivApply(const int* in, int* out);
     void KivMultichannelPlay(int channels);
     void RemoveProcessedSamples(int consumed, int frames);
     void SwapFourChannel(int frames, int channels);
