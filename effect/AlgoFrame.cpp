@@ -29,9 +29,9 @@ void Orlune::ProcessFadeInOut(int frameCount) {
     }
 }
 
-// `in` is one stereo frame of the input cache. The pop eliminator reads it there and its result
-// is the algorithm's input, so the frame is copied into mIoBuffer only when it goes to the
-// algorithm unprocessed. False when the algorithm failed and `out` was left as it was.
+// `in` is one stereo frame of the input cache. The pop eliminator reads it there and leaves its
+// result in mIoBuffer, the algorithm's input, so the frame is copied there only when it goes to
+// the algorithm unprocessed. False when the algorithm failed and `out` was left as it was.
 bool Orlune::KivApply(const int* in, int* out) {
     static const char* const kFn = "KivApply";
     bool popped = false;
@@ -39,7 +39,9 @@ bool Orlune::KivApply(const int* in, int* out) {
         const bool mode = pipeline::ClickRemoverFades(Tables().gUiType, mIoInfo.enable != 0,
                                                       HP_MODE, hpModeIndex);
         const int32_t* block = PopEliminate(in, pipeline::kStereoFrameSamples, mode);
-        if (block != nullptr) {
+        if (block == mIoBuffer) {
+            popped = true;
+        } else if (block != nullptr) {
             const int ret = memcpy_s(mIoBuffer, sizeof(mIoBuffer), block, kPopBlockBytes);
             if (ret != EOK) {
                 ORLUNE_LOGE(kTagMobile, "%s: memcpy failed, ret = %d", kFn, ret);

@@ -302,8 +302,7 @@ public:
     FILE* mDumpFiles[DUMP_HANDLE_COUNT] = {};
 
     // ---- Pop eliminator ---------------------------------------------------------------------
-    ProcessHandle mPopHandle = {};
-    alignas(8) uint8_t mPopBuffer[kPopBlockBytes];
+    ProcessHandle mPopHandle = {};  // works in mIoBuffer: its result is the algorithm's input
     uint8_t mPopCache[kPopCacheBytes];
     int32_t mPopCacheSize = kPopCacheBytes;
     FallingPopElim* mPopElim;
