@@ -29,17 +29,19 @@ void Orlune::ProcessFadeInOut(int frameCount) {
     }
 }
 
-// `in` is one stereo frame of the input cache. The pop eliminator reads it there and its result
-// is the algorithm's input, so the frame is copied into mIoBuffer only when it goes to the
-// algorithm unprocessed.
-void Orlune::KivApply(const int* in, int* out) {
+// `in` is one stereo frame of the input cache. The pop eliminator reads it there and leaves its
+// result in mIoBuffer, the algorithm's input, so the frame is copied there only when it goes to
+// the algorithm unprocessed. False when the algorithm failed and `out` was left as it was.
+bool Orlune::KivApply(const int* in, int* out) {
     static const char* const kFn = "KivApply";
     bool popped = false;
     if (mChannelCount == 2) {
         const bool mode = pipeline::ClickRemoverFades(Tables().gUiType, mIoInfo.enable != 0,
                                                       HP_MODE, hpModeIndex);
         const int32_t* block = PopEliminate(in, pipeline::kStereoFrameSamples, mode);
-        if (block != nullptr) {
+        if (block == mIoBuffer) {
+            popped = true;
+        } else if (block != nullptr) {
             const int ret = memcpy_s(mIoBuffer, sizeof(mIoBuffer), block, kPopBlockBytes);
             if (ret != EOK) {
                 ORLUNE_LOGE(kTagMobile, "%s: memcpy failed, ret = %d", kFn, ret);
@@ -69,7 +71,7 @@ void Orlune::KivApply(const int* in, int* out) {
     if (ret != 0) {
         ORLUNE_LOGE(kTagMobile, "%s: Orlune algorithm apply failed, ret = %d", kFn, ret);
         mEvents.errorCodes.AddErrorCode(ret);
-        return;
+        return false;
     }
     DumpPcm(mIoBuffer, kAlgoFrame * mIoInfo.outChannels, DUMP_ALGO_OUT);
 
@@ -78,7 +80,7 @@ void Orlune::KivApply(const int* in, int* out) {
     const bool guard = pipeline::GuardActive(mMuteCountdown, stereoWidenEnable);
     if (sameLayout && !guard) {
         memcpy(out, mIoBuffer, static_cast<size_t>(oc) * kAlgoFrame * sizeof(int32_t));
-        return;
+        return true;
     }
     for (int i = 0; i < kAlgoFrame; ++i) {
         int* dst = out + i * oc;
@@ -101,4 +103,5 @@ void Orlune::KivApply(const int* in, int* out) {
             }
         }
     }
+    return true;
 }

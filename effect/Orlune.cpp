@@ -41,7 +41,6 @@ constexpr uint32_t kDefaultVolumeDbBits = 0xc203ffedu;  // -32.999927 dB
 Orlune::Orlune() {
     // The member initialisers give the defaults of every member; the steps below are the ones
     // whose order matters to the platform and to the other instances.
-    memset(mPopBuffer, 0, sizeof(mPopBuffer));
     memset(mPopCache, 0, sizeof(mPopCache));
     mPopElim = &sPopElim;
 

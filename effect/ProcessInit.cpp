@@ -142,7 +142,9 @@ void Orlune::KivOutProcPlayInit() {
 void Orlune::InitPopEliminate() {
     // Stereo, 4-byte samples, one algorithm frame per call, output type 0 (carried only).
     const ProcessConfig config = {2, 4, kPopBlockBytes, 0, AUDIO_FORMAT_PCM_32_BIT};
-    mPopElim->CuttingEdgeFadeinoutInit(&config, &mPopHandle, mPopBuffer, mPopCache);
+    // The block is delayed and faded in place in mIoBuffer, where the algorithm reads it.
+    static_assert(sizeof(mIoBuffer) >= kPopBlockBytes, "a pop block fits the algorithm buffer");
+    mPopElim->CuttingEdgeFadeinoutInit(&config, &mPopHandle, mIoBuffer, mPopCache);
 }
 
 // Called with the instance lock held (set-up, or the block itself).

@@ -156,6 +156,14 @@ void Orlune::KivOutProcPlaySamples(short* buffer, int frames, int channels, audi
     KivParamsSetNS(pc);
 
     ReadInputToBuffer(buffer, frames * pc, format);
+    const bool single = pc == 2 && SingleFrameBlock(frames);
+    const bool tailStale = mOutputTailStale;
+    if (tailStale && !single) {
+        // What the shift after the last block would have left behind the held frame: a copy.
+        memcpy(mOutputBuffer + pipeline::kStereoFrameSamples, mOutputBuffer,
+               pipeline::kStereoFrameSamples * sizeof(int32_t));
+    }
+    mOutputTailStale = single;
 
     if (pc != 2) {
         KivMultichannelPlay(pc);
@@ -171,6 +179,21 @@ void Orlune::KivOutProcPlaySamples(short* buffer, int frames, int channels, audi
             mMuteCountdown -= pipeline::kGuardPerBlock;
         }
         const int n = inBufOffset / pipeline::kStereoFrameSamples;
+        if (single) {
+            // The usual block: one frame held, one made, one written back. The held frame goes
+            // to the host first (its input is already in the cache), so the new one is made at
+            // the buffer's start and nothing is shifted. A failed run leaves in place what the
+            // shift would have brought there: the frame behind the held one.
+            memcpy_by_audio_format(buffer, format, mOutputBuffer, AUDIO_FORMAT_PCM_32_BIT,
+                                   pipeline::kStereoFrameSamples);
+            if (!KivApply(mInputCache, mOutputBuffer) && !tailStale) {
+                memcpy(mOutputBuffer, mOutputBuffer + pipeline::kStereoFrameSamples,
+                       pipeline::kStereoFrameSamples * sizeof(int32_t));
+            }
+            outBufOffset = 0;
+            RemoveProcessedSamples(pipeline::kStereoFrameSamples, 1);
+            return;
+        }
         ProcessFadeInOut(n);
         RemoveProcessedSamples(n * pipeline::kStereoFrameSamples, n);
     }
@@ -193,6 +216,15 @@ void Orlune::KivOutProcPlaySamples(short* buffer, int frames, int channels, audi
         return;
     }
     WriteBufferToOutput(buffer, static_cast<int>(outSamples), format);
+}
+
+// A stereo block of one algorithm frame that finds exactly that frame in the input cache and one
+// frame held in the output buffer, with two output channels and no dump running: it ends with the
+// held frame written back and the new one held, whichever way it is run.
+bool Orlune::SingleFrameBlock(int frames) const {
+    return frames == kAlgoFrame && inBufOffset == pipeline::kStereoFrameSamples &&
+           outBufOffset == pipeline::kStereoFrameSamples && mOutChannelCount == 2 &&
+           mDumpEnabled == 0;
 }
 
 void Orlune::ReadInputToBuffer(const short* buffer, int samples, audio_format_t format) {

@@ -109,11 +109,12 @@ public:
     void RecordKivLog(int frames, int channels, audio_format_t format);
     void SwapChannel(int frames, int channels);
     void ProcessFadeInOut(int frameCount);
-    void KivApply(const int* in, int* out);
+    bool KivApply(const int* in, int* out);
     void KivMultichannelPlay(int channels);
     void RemoveProcessedSamples(int consumed, int frames);
     void SwapFourChannel(int frames, int channels);
     void WriteBufferToOutput(short* buffer, int samples, audio_format_t format);
+    bool SingleFrameBlock(int frames) const;
     int32_t* PopEliminate(const int* buf, int samples, bool mode);
 
     // PCM dump. Enable and Disable run with mDumpLock held; DumpPcm is the block's.
@@ -285,6 +286,9 @@ public:
     int32_t mOutputBuffer[kOutputBufferSamples];
     int32_t inBufOffset = 0;
     int32_t outBufOffset = 0;
+    // Set by a single-frame block (SingleFrameBlock), which leaves the frame behind the held one
+    // as it was instead of a copy of the held one; the next other block restores that copy.
+    bool mOutputTailStale = false;
     int32_t mChannelCount = 0;
     int32_t mConfigChannelOut = 2;
     int32_t mOutChannelCount = 2;
@@ -298,8 +302,7 @@ public:
     FILE* mDumpFiles[DUMP_HANDLE_COUNT] = {};
 
     // ---- Pop eliminator ---------------------------------------------------------------------
-    ProcessHandle mPopHandle = {};
-    alignas(8) uint8_t mPopBuffer[kPopBlockBytes];
+    ProcessHandle mPopHandle = {};  // works in mIoBuffer: its result is the algorithm's input
     uint8_t mPopCache[kPopCacheBytes];
     int32_t mPopCacheSize = kPopCacheBytes;
     FallingPopElim* mPopElim;
