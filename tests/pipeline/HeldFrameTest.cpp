@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include "effect/orlune.h"
+#include "params/ParamIds.h"
 #include "tests/pipeline/PipelineFixture.h"
 
 namespace {
@@ -29,9 +30,9 @@ int32_t SometimesFailingApply(void** first, void** second, void* params, KivIoIn
 std::unique_ptr<Orlune> MakeEffect(bool dumping) {
     std::unique_ptr<Orlune> effect(new Orlune());
     effect->KivOutProcPlayInit();
-    effect->KivParamsSetInt(12, 1);
-    effect->KivParamsSetInt(0, 1);
-    effect->KivParamsSetInt(32, 1);
+    effect->KivParamsSetInt(kIdDeviceType, 1);
+    effect->KivParamsSetInt(kIdWidenEnable, 1);
+    effect->KivParamsSetInt(kIdEffectEnable, 1);
     gStandinApply = effect->mAlgoApply;
     effect->mAlgoApply = SometimesFailingApply;
     // A dump without files: every block takes the general way (and logs the missing files).
