@@ -118,6 +118,7 @@ TEST(ConfigPointers, EachVisitedIdHangsItsSceneAndTheSharedTables) {
             {8000 + 400 + 20 * 8, 46, 10},     // HALF_FOLDED, LANDSCAPE, VOICEENHANCE
             {41643, 50, 0},                    // headphone, the last one
             {41004, 52, -1},                   // headphone level 4
+            {vid::HeadphoneId(HP_3D_FRONT, MULTI_MODE, VOL_ONE), 54, -1},  // not the default kind
     };
     for (const auto& c : cases) {
         MapWithRecords(c[0], c[1] - 1, c[1]);
@@ -137,23 +138,6 @@ TEST(ConfigPointers, EachVisitedIdHangsItsSceneAndTheSharedTables) {
     }
     // Virtual id 0 reaches the built-in zero record.
     EXPECT_EQ(Scene(0, 0), PublishedTables().gRealMapTableExt.at(0).twsTable1);
-}
-
-TEST(ConfigPointers, ExactlyThePointerSetIdsGetTables) {
-    // Every id of the three speaker ranges and of the headphone range on a record of its own.
-    {
-        ConfigUpdate update;
-        for (int id = 0; id < 41720; id = id == 11999 ? 41000 : id + 1) {
-            update.Tables().gVituralMapTable[id] = RealParamIdStru{0, 200000 + id};
-            update.Tables().gRealMapTableExt[200000 + id] = AudioOrluneMobileParaExt{};
-        }
-    }
-    Orlune::KivInitConfigPointer();
-    int pointed = 0;
-    for (const auto& [id, ext] : PublishedTables().gRealMapTableExt) {
-        pointed += id >= 200000 && ext.twsTable1 != nullptr ? 1 : 0;
-    }
-    EXPECT_EQ(414, pointed);  // 36 headphone ids, 3 x 126 speaker ids
 }
 
 // The resolution itself is checked against the direct tables; key 0 is special: it answers

@@ -104,9 +104,6 @@ TEST(ValueTokens, NumbersThatDoNotFitAreRefusedNotWrapped) {
         EXPECT_EQ(fits, IntegerAttr(text, &got)) << text;
         EXPECT_EQ(want, got) << text;
     }
-    int32_t version = 5;
-    EXPECT_FALSE(DecimalText("999999999999", &version));
-    EXPECT_EQ(5, version);
     EXPECT_EQ(nullptr, FirstUnfitToken("{0x10, -8000; FFFF}"));
     EXPECT_STREQ("10000;FFFF}", FirstUnfitToken("{0x10, 10000;FFFF}"));
 }

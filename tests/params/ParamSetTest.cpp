@@ -22,17 +22,6 @@ TEST_F(ParamSetTest, UnknownIdsAreLoggedAndIgnored) {
     EXPECT_EQ(log.Lines().size(), 1u) << log.Dump();
 }
 
-// The ids that do take effect are used by the headphone tests.
-TEST_F(ParamSetTest, HeadphoneModeIdsOfTheOtherUiTypeAndEarlySetsAreIgnored) {
-    o->KivParamsSetInt(kIdHpModeUi1, 4);
-    SetUiType(1);
-    o->KivParamsSetInt(kIdHpModeUi0, 2);
-    o->initialised = 0;
-    o->KivParamsSetInt(kIdHpModeUi1, 3);
-    EXPECT_EQ(o->HP_MODE, 0);
-    EXPECT_EQ(log.Lines().size(), 2u) << log.Dump();  // entry lines of the refused ids only
-}
-
 TEST_F(ParamSetTest, StringIds) {
     {
         ConfigUpdate update;
@@ -68,21 +57,6 @@ TEST_F(ParamSetTest, CompositeReplyIsSortedWithFloatValues) {
     EXPECT_EQ(Get("VOLUME;hp_type"), "");
     // Whole-string keys match only on their own.
     EXPECT_EQ(Get("CHANNEL_SWAPPED;HP_MODE"), "HP_MODE=0.000000");
-}
-
-TEST_F(ParamSetTest, LoudModeKeysLogOnlyWhenOn) {
-    const char* keys[3][2] = {
-            {"FULL_SCENE_LVM_Enable_RING", "ring get param gIsLoudRingVolumeMode is true"},
-            {"FULL_SCENE_LVM_Enable_MUSIC", "media get param gIsLoudMusicVolumeMode is true"},
-            {"FULL_SCENE_LVM_Enable_ALARM", "alarm get param gIsLoudAlarmVolumeMode is true"}};
-    for (int i = 0; i < 3; ++i) {
-        EXPECT_EQ(Get(keys[i][0]), "false");
-        EXPECT_TRUE(log.Lines().empty()) << log.Dump();
-        o->KivParamsSetInt(kIdLoudRingMode + i, 1);
-        EXPECT_EQ(Get(keys[i][0]), "true");
-        EXPECT_TRUE(log.Has(keys[i][1], kTagMobile, ANDROID_LOG_INFO)) << log.Dump();
-        log.Clear();
-    }
 }
 
 }  // namespace

@@ -60,8 +60,6 @@ TEST_F(SpeakerModesTest, SceneAndLevelOfEachBlock) {
             {kIdScene, 0, SCENE_MUSIC, 2, 1},
             // the scene's row, the index taken as 16 bits
             {kIdVolumeIndexMusic, 2, SCENE_MUSIC, 0, 1},
-            {kIdVolumeIndexMusic, 3, SCENE_MUSIC, 1, 1},
-            {kIdVolumeIndexMusic, 12, SCENE_MUSIC, 5, 1},
             {kIdVolumeIndexMusic, 13, SCENE_MUSIC, 6, 1},
             {kIdVolumeIndexMusic, 65536 + 13, SCENE_MUSIC, 6, 1},
             {kIdVolumeIndexMusic, 5, SCENE_MUSIC, 2, 1},
