@@ -169,7 +169,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
                 const uint32_t bits = in.U32();
                 float value;
                 memcpy(&value, &bits, sizeof(value));
-                o->KivParamsSetFloat(11, value);
+                o->KivParamsSetFloat(kIdVolumeDb, value);
                 break;
             }
             case 5:  // the device's configured output channels, read at re-initialisation
