@@ -22,7 +22,6 @@ TEST(PlatformAudioParameter, ParsesPiecesAtSemicolonAndFirstEqualsIntoByteOrder)
     EXPECT_EQ(Get(p, "rep"), "2");
     EXPECT_EQ(std::string(p.toString().c_str()),
               " sp = v ;B=1;a=1;a.b=3;ab=4;b=2;bare=;eq=x=y;k=;rep=2");
-    EXPECT_EQ(std::string(AudioParameter(String8(";;;")).toString().c_str()), "");
     // Adding an existing key reports it but stores the new value.
     EXPECT_EQ(p.add(String8("k"), String8("1")), -17);
     EXPECT_EQ(p.add(String8("new"), String8("2")), 0);

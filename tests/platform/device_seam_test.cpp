@@ -1,10 +1,8 @@
 // The device implementations of the platform seam (platform/device): device paths are the real
-// paths whatever ORLUNE_DEVICE_ROOT says, properties are the platform's own, and the clock is
-// the platform's monotonic clock.
+// paths whatever ORLUNE_DEVICE_ROOT says, and properties are the platform's own.
 #include <cutils/properties.h>
 #include <gtest/gtest.h>
 #include <limits.h>
-#include <platform/clock.h>
 #include <platform/device_fs.h>
 #include <platform/properties.h>
 #include <stdio.h>
@@ -12,7 +10,6 @@
 #include <string.h>
 #include <sys/stat.h>
 #include <unistd.h>
-#include <utils/Timers.h>
 
 #include <filesystem>
 #include <fstream>
@@ -75,11 +72,6 @@ TEST_F(RealAndRooted, PathsAreTheRealPathsWhateverTheDeviceRoot) {
     EXPECT_EQ(st.st_size, 5);
     EXPECT_EQ(DevAccess(file.c_str(), R_OK), 0);
     EXPECT_NE(DevAccess("/only-rooted.txt", F_OK), 0);
-
-    char host[32];
-    EXPECT_TRUE(DevHostPath("/odm/etc/kiv/a.xml", host, 19));
-    EXPECT_STREQ(host, "/odm/etc/kiv/a.xml");
-    EXPECT_FALSE(DevHostPath("/odm/etc/kiv/a.xml", host, 18));
 }
 
 TEST(DeviceSeam, PropertiesAreThePlatformsOwn) {
@@ -90,16 +82,7 @@ TEST(DeviceSeam, PropertiesAreThePlatformsOwn) {
     EXPECT_EQ(PropertyGet("ro.b", value, "off"), 3);
     EXPECT_STREQ(value, "off");
     EXPECT_EQ(PropertyGetInt32("ro.n", 2), 16);
-    EXPECT_EQ(PropertyGetInt32("ro.m", 2), 2);
-    EXPECT_EQ(gCalls, "get ro.a;get ro.b;int ro.n;int ro.m;");
-}
-
-TEST(DeviceSeam, ClockIsThePlatformsMonotonicClock) {
-    const int64_t before = systemTime(SYSTEM_TIME_MONOTONIC);
-    const int64_t now = MonotonicNs();
-    const int64_t after = systemTime(SYSTEM_TIME_MONOTONIC);
-    EXPECT_LE(before, now);
-    EXPECT_LE(now, after);
+    EXPECT_EQ(gCalls, "get ro.a;get ro.b;int ro.n;");
 }
 
 }  // namespace

@@ -53,16 +53,5 @@ TEST_F(PlatformProperties, FileRulesDefaultsAndTruncationTo91Characters) {
     EXPECT_EQ(property_get_int32("a", 5), 5);
 }
 
-TEST_F(PlatformProperties, Int32ParsesLikeStrtoimaxBase0) {
-    std::string got;
-    for (const char* text :
-         {"12abc", "08", "0x10", "010", " -7", "+3", "-0x10", "2147483647", "-2147483648",
-          "2147483648", "-2147483649", "99999999999999999999", "abc", "", " "}) {
-        SetProps(std::string("k=") + text + "\n");
-        got += std::to_string(property_get_int32("k", 99)) + " ";
-    }
-    EXPECT_EQ(got, "12 0 16 8 -7 3 -16 2147483647 -2147483648 99 99 99 99 99 99 ");
-}
-
 }  // namespace
 }  // namespace orlune_platform

@@ -1,4 +1,4 @@
-// The data behind the HTML reports' plots: decimation, spans, mark grouping, the threshold
+// The data behind the HTML reports' plots: decimation, mark grouping, the threshold
 // steps, and the tuning grids of orlune-config against the configuration.
 #include <stdlib.h>
 
@@ -54,16 +54,6 @@ TEST(ReportData, DecimationKeepsEveryColumnsExtremesWhateverTheBlocks) {
         }
         EXPECT_EQ(0.9f, blocks.Max(blocks.ColumnOf(spike)));
     }
-}
-
-TEST(ReportData, SpansFillExactlyTheColumnsTheyCover) {
-    MinMaxColumns m(100, 1000);
-    m.AddSpan(0, 3, -5.0f);       // shorter than a column
-    m.AddSpan(500, 800, -20.0f);  // thirty columns
-    for (int c = 0; c < 100; ++c) {
-        EXPECT_EQ(c == 0 || (c >= 50 && c < 80), m.Has(c)) << c;
-    }
-    EXPECT_EQ(-20.0f, m.Min(79));
 }
 
 TEST(ReportData, MarksShareMarkersOnlyBeyondTheBound) {
