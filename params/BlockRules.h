@@ -66,4 +66,16 @@ constexpr bool ClickRemoverFades(int uiType, bool algoEnabled, int hpMode, int h
     return algoEnabled || hpModeIndex == HP_3D_OFF || hpModeIndex == HP_GAME;
 }
 
+// The volume level of a stream volume index under one scene's row of `count` thresholds: the
+// first threshold the index does not exceed decides, above the last the level is LOUD. The row
+// is not checked for order.
+constexpr int VolumeLevelOf(const int16_t* row, int count, int index) {
+    for (int i = 0; i < count; ++i) {
+        if (index <= row[i]) {
+            return i;
+        }
+    }
+    return VOL_LOUD;
+}
+
 }  // namespace pipeline

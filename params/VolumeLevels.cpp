@@ -4,6 +4,7 @@
 
 #include "base/Log.h"
 #include "effect/orlune.h"
+#include "params/BlockRules.h"
 
 namespace {
 
@@ -11,15 +12,8 @@ namespace {
 // MUSIC and MOVIE.
 constexpr int kRowStart[SCENE_COUNT] = {1, 7, 13, 19, 25, 31, 7, 1, 13};
 
-// The first level whose threshold the index does not exceed; LOUD above the last threshold.
-// The row is not checked for order.
 int LevelFromRow(const int16_t (&row)[kThresholdsPerScene], short index) {
-    for (int i = 0; i < kThresholdsPerScene; ++i) {
-        if (index <= row[i]) {
-            return i;
-        }
-    }
-    return VOL_LOUD;
+    return pipeline::VolumeLevelOf(row, kThresholdsPerScene, index);
 }
 
 // Copies `count` raw words into `row`. A negative raw word becomes threshold 0 and is itself

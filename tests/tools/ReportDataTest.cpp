@@ -1,5 +1,5 @@
-// The data behind the HTML reports' plots: decimation, mark grouping, the threshold
-// steps, and the tuning grids of orlune-config against the configuration.
+// The data behind the HTML reports' plots: decimation, and the tuning grids of orlune-config
+// against the configuration.
 #include <stdlib.h>
 
 #include <algorithm>
@@ -17,10 +17,8 @@
 #include "tools/config/Checks.h"
 #include "tools/config/LoadOrder.h"
 #include "tools/config/LogCollector.h"
-#include "tools/config/ThresholdSteps.h"
 #include "tools/config/TuningGrid.h"
 #include "tools/report/Columns.h"
-#include "tools/report/Marks.h"
 
 namespace {
 
@@ -53,41 +51,6 @@ TEST(ReportData, DecimationKeepsEveryColumnsExtremesWhateverTheBlocks) {
                     << col;
         }
         EXPECT_EQ(0.9f, blocks.Max(blocks.ColumnOf(spike)));
-    }
-}
-
-TEST(ReportData, MarksShareMarkersOnlyBeyondTheBound) {
-    for (const auto& [marks, maxMarkers] :
-         std::map<size_t, size_t>{{4, 400}, {400, 400}, {401, 400}, {100000, 400}, {5000, 7}}) {
-        std::vector<int64_t> positions;
-        for (size_t i = 0; i < marks; ++i) {
-            positions.push_back(static_cast<int64_t>(i * 3600 * 48000 / marks));
-        }
-        size_t counted = 0;
-        const std::vector<MarkGroup> groups =
-                GroupMarks(positions, 3600LL * 48000, 1200, maxMarkers);
-        for (const MarkGroup& g : groups) {
-            EXPECT_EQ(counted, g.first);
-            counted += g.count;
-        }
-        EXPECT_EQ(marks, counted);
-        EXPECT_TRUE(marks <= maxMarkers ? groups.size() == marks : groups.size() <= maxMarkers)
-                << marks;
-    }
-}
-
-TEST(ReportData, ThresholdStepsFollowTheLevelRule) {
-    const int16_t ascending[6] = {3, 6, 9, 11, 13, 15};
-    const int16_t negative[6] = {2, -2, 8, 10, 12, 14};
-    const int16_t unordered[6] = {3, 6, 9, 5, 13, 15};
-    // Row, volume index, level.
-    const std::tuple<const int16_t*, int, int> cases[] = {
-            {ascending, 0, 0}, {ascending, 9, 2}, {ascending, 15, 5}, {ascending, 16, 6},
-            {negative, 0, 0},  {negative, 1, 0},  {negative, 3, 2},   {unordered, 10, 4},
-            {unordered, 7, 2}, {unordered, 16, 6}};
-    for (const auto& [row, index, level] : cases) {
-        EXPECT_EQ(level, LevelsByIndex(row, StepPlotMaxIndex(row)).at(index))
-                << row[0] << " index " << index;
     }
 }
 

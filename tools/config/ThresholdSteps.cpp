@@ -1,17 +1,15 @@
 #include "tools/config/ThresholdSteps.h"
 
+#include "params/BlockRules.h"
+
 std::vector<int> LevelsByIndex(const int16_t thresholds[6], int maxIndex) {
+    int16_t row[6];
+    for (int i = 0; i < 6; ++i) {
+        row[i] = thresholds[i] < 0 ? 0 : thresholds[i];  // as the effect reads the raw words
+    }
     std::vector<int> levels;
     for (int index = 0; index <= maxIndex; ++index) {
-        int level = 6;
-        for (int i = 0; i < 6; ++i) {
-            const int t = thresholds[i] < 0 ? 0 : thresholds[i];
-            if (index <= t) {
-                level = i;
-                break;
-            }
-        }
-        levels.push_back(level);
+        levels.push_back(pipeline::VolumeLevelOf(row, 6, index));
     }
     return levels;
 }
