@@ -92,13 +92,15 @@ TEST(ValueTokens, SplitAtEveryDelimiterAndReadLikeStrtolInBase16) {
 
 TEST(ValueTokens, NumbersThatDoNotFitAreRefusedNotWrapped) {
     // Ids detect their base (octal after a leading 0) and must fit 32 bits.
-    const std::tuple<const char*, bool, int32_t> ids[] = {{"010", true, 8},
-                                                          {"08", true, 0},
-                                                          {"-2147483648", true, INT32_MIN},
-                                                          {"0x7fffffff", true, INT32_MAX},
-                                                          {"2147483648", false, 0},
-                                                          {"-0x80000001", false, 0},
-                                                          {"99999999999999999999999", false, 0}};
+    const std::tuple<const char*, bool, int32_t> ids[] = {
+            {"010", true, 8},
+            {"08", true, 0},
+            {"-2147483648", true, INT32_MIN},
+            {"0x7fffffff", true, INT32_MAX},
+            {"2147483648", false, 0},
+            {"-0x80000001", false, 0},
+            {"99999999999999999999999", false, 0},
+    };
     for (const auto& [text, fits, want] : ids) {
         int32_t got = 0;
         EXPECT_EQ(fits, IntegerAttr(text, &got)) << text;

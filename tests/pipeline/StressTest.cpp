@@ -60,7 +60,6 @@ struct Stream {
     std::vector<uint8_t> want;   // the processed period, from kLatencyFrames on, float stereo
     int64_t blocks = 0;
     std::vector<std::pair<int64_t, int64_t>> runs;  // first and last differing frame
-    bool louder = false;  // a differing frame was louder than the processed input
 
     float Want(int64_t frame) const {
         const float* processed = reinterpret_cast<const float*>(want.data());
@@ -75,7 +74,6 @@ struct Stream {
             if (fabsf(out[2 * i] - want) <= 1e-6f && fabsf(out[2 * i + 1] - want) <= 1e-6f) {
                 continue;
             }
-            louder = louder || fabsf(out[2 * i]) > fabsf(want) + 1e-6f;
             if (!runs.empty() && runs.back().second == frame - 1) {
                 runs.back().second = frame;
             } else if (runs.size() < kMaxRuns) {
@@ -199,8 +197,6 @@ TEST(PipelineStressTest, TwoStreamsStayExactUnderParameterReloadDumpAndRegionThr
         // Every block came back processed and in order. The output differs from the processed
         // input only where the signal starts from silence: at the start of the stream and, on
         // the stream whose region switch re-ran set-up, once more from a block boundary on.
-        // There the pop eliminator fades the edge in, so nothing is louder than expected.
-        EXPECT_FALSE(s.louder);
         std::vector<int64_t> edges;  // first differing frame of each
         for (const auto& [first, last] : s.runs) {
             if (edges.empty() || last >= edges.back() + kEdgeFrames) {
