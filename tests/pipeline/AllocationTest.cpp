@@ -74,7 +74,7 @@ TEST(PipelineAllocationTest, ProcessingBlocksAllocatesNothing) {
     EXPECT_EQ(counted(600, 480, 4, AUDIO_FORMAT_PCM_16_BIT), 0);
     EXPECT_EQ(counted(300, 333, 4, AUDIO_FORMAT_PCM_FLOAT), 0);
     EXPECT_EQ(counted(100, 960, 8, AUDIO_FORMAT_PCM_24_BIT_PACKED), 0);
-    host.Effect()->KivParamsSetInt(5, 1);  // swap fade on the four-channel output
+    host.Effect()->KivParamsSetInt(kIdChannelSwap, 1);  // swap fade on the four-channel output
     EXPECT_EQ(counted(100, 480, 4, AUDIO_FORMAT_PCM_16_BIT), 0);
     // Refused blocks log a line but allocate nothing either.
     EXPECT_EQ(counted(3, 480, 4, AUDIO_FORMAT_PCM_8_BIT), 0);

@@ -11,7 +11,6 @@
 
 #include <gtest/gtest.h>
 
-#include "params/ParamIds.h"
 #include "tests/pipeline/PipelineFixture.h"
 
 namespace {

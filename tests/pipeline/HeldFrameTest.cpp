@@ -8,7 +8,6 @@
 #include <gtest/gtest.h>
 
 #include "effect/orlune.h"
-#include "params/ParamIds.h"
 #include "tests/pipeline/PipelineFixture.h"
 
 namespace {

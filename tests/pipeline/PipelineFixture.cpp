@@ -44,10 +44,10 @@ PipelineHost::PipelineHost(const HostOptions& options) : mRoot(new DeviceRoot())
     EXPECT_TRUE(mLibrary.Loaded());
     mEffect = mLibrary.Create();
     mEffect->KivOutProcPlayInit();
-    mEffect->KivParamsSetInt(12, options.device);
+    mEffect->KivParamsSetInt(kIdDeviceType, options.device);
     if (options.enable) {
-        mEffect->KivParamsSetInt(0, 1);
-        mEffect->KivParamsSetInt(32, 1);
+        mEffect->KivParamsSetInt(kIdWidenEnable, 1);
+        mEffect->KivParamsSetInt(kIdEffectEnable, 1);
     }
 }
 

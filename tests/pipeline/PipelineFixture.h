@@ -11,6 +11,7 @@
 
 #include <system/audio.h>
 
+#include "params/ParamIds.h"
 #include "tests/support/DeviceRoot.h"
 #include "tests/support/HostEffect.h"
 

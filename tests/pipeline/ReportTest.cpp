@@ -9,7 +9,6 @@
 
 #include <gtest/gtest.h>
 
-#include "params/ParamIds.h"
 #include "tests/pipeline/PipelineFixture.h"
 #include "tests/support/LogCapture.h"
 
@@ -66,7 +65,7 @@ TEST(PipelineReportTest, StreamVolumesStartAgainWithTheRecordsOfANewSetUp) {
     PipelineHost host;
     host.Effect()->KivParamsSetFloat(kIdTypeVolume, 0.5f);
     host.Effect()->KivParamsSetFloat(kIdTypeVolume, 0.5f);
-    host.Effect()->KivParamsSetInt(1, 1);
+    host.Effect()->KivParamsSetInt(kIdMusicRegion, 1);
     EXPECT_EQ(log.CountContaining("InitKiv, tid:"), 2);     // set-up ran again
     host.Effect()->KivParamsSetFloat(kIdTypeVolume, 0.0f);  // what fresh records hold: no change
     host.Effect()->KivParamsSetFloat(kIdTypeVolume, 0.5f);
@@ -98,15 +97,15 @@ TEST(PipelineDumpTest, EachTapHoldsWhatPassedItsPointInFilesNumberedByTheEnableC
     const std::vector<int32_t> none;
 
     // Without the directory the enable fails and gives its number back.
-    host.Effect()->KivParamsSetInt(100, 1);
+    host.Effect()->KivParamsSetInt(kIdPcmDump, 1);
     EXPECT_EQ(log.CountContaining("fopen failed", "orlune_mobile"), 1) << log.Dump();
-    host.Effect()->KivParamsSetInt(100, 0);
+    host.Effect()->KivParamsSetInt(kIdPcmDump, 0);
 
     host.Root().WriteFile("/data/audio_debug/.keep", "");
-    host.Effect()->KivParamsSetInt(100, 1);
-    host.Effect()->KivParamsSetInt(100, 1);  // a repeat changes nothing
+    host.Effect()->KivParamsSetInt(kIdPcmDump, 1);
+    host.Effect()->KivParamsSetInt(kIdPcmDump, 1);  // a repeat changes nothing
     host.Run16(FrameSlice(in, 2, 0, 240), 240, 2, 2);
-    host.Effect()->KivParamsSetInt(100, 0);  // closes the files
+    host.Effect()->KivParamsSetInt(kIdPcmDump, 0);  // closes the files
     // A quarter frame: the block in and out, but nothing reached the algorithm yet.
     EXPECT_EQ(Tap(host, 0, 1), FrameSlice(in, 2, 0, 240));
     EXPECT_EQ(Tap(host, 1, 1), none);
@@ -115,21 +114,21 @@ TEST(PipelineDumpTest, EachTapHoldsWhatPassedItsPointInFilesNumberedByTheEnableC
 
     // Disabling gave the number back: the next dump writes files 1 afresh, and an instance
     // set up while it runs starts its own, numbered 2.
-    host.Effect()->KivParamsSetInt(100, 1);
+    host.Effect()->KivParamsSetInt(kIdPcmDump, 1);
     HostLibrary library;
     HostOrlune* second = library.Create();
     second->KivOutProcPlayInit();
     EXPECT_EQ(log.Count("EnableAudioDump 1717: OrluneAudioDump enabled."), 3);
     // This block completes one algorithm frame.
     const std::vector<int32_t> out = host.Run16(FrameSlice(in, 2, 240, 240), 240, 2, 2);
-    host.Effect()->KivParamsSetInt(100, 0);
+    host.Effect()->KivParamsSetInt(kIdPcmDump, 0);
     EXPECT_EQ(Tap(host, 0, 1), FrameSlice(in, 2, 240, 240));
     // The algorithm got the frame behind the pop eliminator's 48-frame delay line.
     const std::vector<int32_t> algoIn = Tap(host, 1, 1);
     EXPECT_EQ(algoIn, FrameSlice(Delayed(in, kPopDelayFrames, 2), 2, 0, 480));
     EXPECT_EQ(Tap(host, 2, 1), Standin(algoIn, 2, false));
     EXPECT_EQ(Tap(host, 3, 1), out);
-    second->KivParamsSetInt(100, 0);
+    second->KivParamsSetInt(kIdPcmDump, 0);
     for (int tap = 0; tap < 4; ++tap) {
         EXPECT_EQ(Tap(host, tap, 2), none) << kStems[tap];
     }
@@ -156,7 +155,7 @@ TEST(PipelineDumpTest, DeletingAnInstanceClosesItsFilesAndLeavesTheCount) {
     HostLibrary library;
     HostOrlune* first = library.Create();
     first->KivOutProcPlayInit();
-    first->KivParamsSetInt(100, 1);
+    first->KivParamsSetInt(kIdPcmDump, 1);
     std::vector<int16_t> block(240 * 2, 1000);
     for (int i = 0; i < 10; ++i) {
         first->KivOutProcPlaySamples(block.data(), 240, 2, kS16);
@@ -169,7 +168,7 @@ TEST(PipelineDumpTest, DeletingAnInstanceClosesItsFilesAndLeavesTheCount) {
     HostOrlune* second = library.Create();
     second->KivOutProcPlayInit();
     EXPECT_EQ(OpenDumpFiles(), 4);
-    second->KivParamsSetInt(100, 0);
+    second->KivParamsSetInt(kIdPcmDump, 0);
     EXPECT_EQ(OpenDumpFiles(), 0);
     EXPECT_EQ(Tap(host, 3, 2), std::vector<int32_t>());  // numbered 2, and closed empty
     library.Delete(second);

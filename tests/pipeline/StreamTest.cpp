@@ -74,7 +74,7 @@ TEST(PipelineStreamTest, OutputIsTheStandinsProcessingOneFrameLate) {
     for (const Stream& s : kCases) {
         SCOPED_TRACE(testing::Message() << "case " << &s - kCases);
         PipelineHost host({s.enable, s.device, s.configOut});
-        host.Effect()->KivParamsSetInt(5, s.swap);
+        host.Effect()->KivParamsSetInt(kIdChannelSwap, s.swap);
         const std::vector<uint8_t> in = FromInt32(
                 Noise32(480 * 6, s.channels == 4 ? 2 : s.channels, s.block + s.channels), s.format);
         const std::vector<uint8_t> out = host.Run(in, s.block, s.channels, s.format, s.configOut);
@@ -188,19 +188,19 @@ TEST(PipelineSwapTest, SwapIsReportedOnceFadesBackAndCanBeInhibited) {
         out.insert(out.end(), got.begin(), got.end());
     };
     run(0, start);
-    host.Effect()->KivParamsSetInt(5, 1);
+    host.Effect()->KivParamsSetInt(kIdChannelSwap, 1);
     run(start, start + kFade / 2);
     EXPECT_EQ(Query(host), "CHANNEL_SWAPPED=false");  // half way
     run(start + kFade / 2, back);
     EXPECT_EQ(Query(host), "CHANNEL_SWAPPED=true");
     EXPECT_EQ(Query(host), "CHANNEL_SWAPPED=false");  // the read clears it
-    host.Effect()->KivParamsSetInt(5, 0);
+    host.Effect()->KivParamsSetInt(kIdChannelSwap, 0);
     run(back, inhibit);
-    host.Effect()->KivParamsSetInt(37, 1);
-    host.Effect()->KivParamsSetInt(5, 1);
+    host.Effect()->KivParamsSetInt(kIdSwapInhibit, 1);
+    host.Effect()->KivParamsSetInt(kIdChannelSwap, 1);
     run(inhibit, release);
     EXPECT_EQ(Query(host), "CHANNEL_SWAPPED=false");
-    host.Effect()->KivParamsSetInt(37, 0);
+    host.Effect()->KivParamsSetInt(kIdSwapInhibit, 0);
     run(release, release + 1440);
 
     // 480 output frames from the one that carries input frame `t` (528 frames later).

@@ -105,20 +105,22 @@ void ChangeParameters(HostOrlune* effect, uint32_t seed, const std::atomic<bool>
     // Device, scene, orientation, fold state, volume indices and dB, swap, headset name,
     // playing applications, detector volumes with a stream start or stop, and two queries.
     const std::function<void()> changes[] = {
-            [&] { effect->KivParamsSetInt(12, 1 + pick(3)); },
-            [&] { effect->KivParamsSetInt(35, pick(9)); },
-            [&] { effect->KivParamsSetInt(4, pick(2)); },
-            [&] { effect->KivParamsSetInt(55, pick(3)); },
-            [&] { effect->KivParamsSetInt(43 + pick(5), pick(16)); },
-            [&] { effect->KivParamsSetFloat(11, -static_cast<float>(pick(60))); },
-            [&] { effect->KivParamsSetInt(5, pick(2)); },
-            [&] { effect->KivParamsSetString(54, kHeadsets[pick(3)]); },
+            [&] { effect->KivParamsSetInt(kIdDeviceType, 1 + pick(3)); },
+            [&] { effect->KivParamsSetInt(kIdScene, pick(9)); },
+            [&] { effect->KivParamsSetInt(kIdOrientation, pick(2)); },
+            [&] { effect->KivParamsSetInt(kIdFoldState, pick(3)); },
+            [&] { effect->KivParamsSetInt(kIdVolumeIndexRing + pick(5), pick(16)); },
+            [&] { effect->KivParamsSetFloat(kIdVolumeDb, -static_cast<float>(pick(60))); },
+            [&] { effect->KivParamsSetInt(kIdChannelSwap, pick(2)); },
+            [&] { effect->KivParamsSetString(kIdHeadsetName, kHeadsets[pick(3)]); },
             [&] {
-                effect->KivParamsSetString(56, "[a.music, b.v" + std::to_string(pick(4)) + "]");
+                effect->KivParamsSetString(kIdPlayingApps,
+                                           "[a.music, b.v" + std::to_string(pick(4)) + "]");
             },
             [&] {
-                effect->KivParamsSetFloat(57 + pick(3), static_cast<float>(pick(4)) / 4);
-                effect->KivParamsSetInt(51 + pick(2), 3);
+                effect->KivParamsSetFloat(kIdMasterVolume + pick(3),
+                                          static_cast<float>(pick(4)) / 4);
+                effect->KivParamsSetInt(kIdStartStream + pick(2), 3);
             },
             [&] { wrong += effect->KivParamsGet(android::String8("EFFECT_ENABLE_STATE")) != "1"; },
             [&] {
@@ -150,9 +152,9 @@ TEST(PipelineStressTest, TwoStreamsStayExactUnderParameterReloadDumpAndRegionThr
         Stream& s = streams[i];
         s.effect = library.Create();
         s.effect->KivOutProcPlayInit();
-        s.effect->KivParamsSetInt(12, 1);
-        s.effect->KivParamsSetInt(0, 1);
-        s.effect->KivParamsSetInt(32, 1);
+        s.effect->KivParamsSetInt(kIdDeviceType, 1);
+        s.effect->KivParamsSetInt(kIdWidenEnable, 1);
+        s.effect->KivParamsSetInt(kIdEffectEnable, 1);
         std::vector<int32_t> stereo;
         for (int32_t v : Noise32(kPeriodFrames, 1, 7 + i)) {
             stereo.insert(stereo.end(), {v, v});
@@ -175,10 +177,10 @@ TEST(PipelineStressTest, TwoStreamsStayExactUnderParameterReloadDumpAndRegionThr
         const auto end = std::chrono::steady_clock::now() + kControlTime;
         for (int round = 0; std::chrono::steady_clock::now() < end; ++round) {
             HostOrlune* effect = streams[round % 2].effect;
-            effect->KivParamsSetInt(33, 1);
-            effect->KivParamsSetInt(100, round % 4 < 2 ? 1 : 0);
+            effect->KivParamsSetInt(kIdReloadConfig, 1);
+            effect->KivParamsSetInt(kIdPcmDump, round % 4 < 2 ? 1 : 0);
             if (round == 3) {
-                streams[0].effect->KivParamsSetInt(1, 1);
+                streams[0].effect->KivParamsSetInt(kIdMusicRegion, 1);
             }
             std::this_thread::sleep_for(std::chrono::milliseconds(2));
         }

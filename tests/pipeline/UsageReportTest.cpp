@@ -19,9 +19,9 @@ TEST(PipelineUsageReportTest, DailyReportCarriesTheRatesOfTheBlocksAndRunsSinceT
     LogCapture log;
     const auto effect = std::make_unique<Orlune>();
     effect->KivOutProcPlayInit();
-    effect->KivParamsSetInt(12, 1);
-    effect->KivParamsSetInt(0, 1);
-    effect->KivParamsSetInt(32, 1);
+    effect->KivParamsSetInt(kIdDeviceType, 1);
+    effect->KivParamsSetInt(kIdWidenEnable, 1);
+    effect->KivParamsSetInt(kIdEffectEnable, 1);
     std::vector<short> block(480 * 2, 1000);
     auto run = [&](int blocks) {
         for (int b = 0; b < blocks; ++b) {
@@ -29,7 +29,7 @@ TEST(PipelineUsageReportTest, DailyReportCarriesTheRatesOfTheBlocksAndRunsSinceT
         }
     };
     run(400);
-    effect->KivParamsSetInt(0, 0);
+    effect->KivParamsSetInt(kIdWidenEnable, 0);
     run(100);
     EXPECT_EQ(log.CountContaining("report ", "tova_view"), 0);
     clock.Advance(FakeClock::kDayNs);
