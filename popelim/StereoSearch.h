@@ -93,18 +93,20 @@ inline Short8 NarrowLevels(Int4 low, Int4 high) {
 #endif
 }
 
+// Eight interleaved stereo frames as four vectors of two frames each.
+inline void LoadEightFrames(const int32_t* data, Int4& x0, Int4& x1, Int4& x2, Int4& x3) {
+    memcpy(&x0, data, sizeof(x0));
+    memcpy(&x1, data + 4, sizeof(x1));
+    memcpy(&x2, data + 8, sizeof(x2));
+    memcpy(&x3, data + 12, sizeof(x3));
+}
+
 // Levels of kFlagChunk stereo frames from `data` (frame f at data[2 f]), eight frames per step:
 // the channels are separated in 32-bit lanes, then narrowed to 16 bits.
 inline void LevelChunk(const int32_t* data, int16_t* left, int16_t* right) {
     for (unsigned f = 0; f < kFlagChunk; f += 8) {
-        Int4 x0;
-        Int4 x1;
-        Int4 x2;
-        Int4 x3;
-        memcpy(&x0, data + 2 * f, sizeof(x0));
-        memcpy(&x1, data + 2 * f + 4, sizeof(x1));
-        memcpy(&x2, data + 2 * f + 8, sizeof(x2));
-        memcpy(&x3, data + 2 * f + 12, sizeof(x3));
+        Int4 x0, x1, x2, x3;
+        LoadEightFrames(data + 2 * f, x0, x1, x2, x3);
         const Short8 l = NarrowLevels(RawLevels(__builtin_shufflevector(x0, x1, 0, 2, 4, 6)),
                                       RawLevels(__builtin_shufflevector(x2, x3, 0, 2, 4, 6)));
         const Short8 r = NarrowLevels(RawLevels(__builtin_shufflevector(x0, x1, 1, 3, 5, 7)),
@@ -118,14 +120,8 @@ inline void LevelChunk(const int32_t* data, int16_t* left, int16_t* right) {
 template <unsigned kChannel>
 void ChannelLevelChunk(const int32_t* data, int16_t* level) {
     for (unsigned f = 0; f < kFlagChunk; f += 8) {
-        Int4 x0;
-        Int4 x1;
-        Int4 x2;
-        Int4 x3;
-        memcpy(&x0, data + 2 * f, sizeof(x0));
-        memcpy(&x1, data + 2 * f + 4, sizeof(x1));
-        memcpy(&x2, data + 2 * f + 8, sizeof(x2));
-        memcpy(&x3, data + 2 * f + 12, sizeof(x3));
+        Int4 x0, x1, x2, x3;
+        LoadEightFrames(data + 2 * f, x0, x1, x2, x3);
         const Short8 v =
                 NarrowLevels(RawLevels(__builtin_shufflevector(x0, x1, kChannel, kChannel + 2,
                                                                kChannel + 4, kChannel + 6)),
