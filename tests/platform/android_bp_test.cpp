@@ -7,7 +7,6 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
-#include <regex>
 #include <set>
 #include <sstream>
 #include <string>
@@ -26,9 +25,12 @@ std::vector<std::string> Strings(const std::string& text) {
     std::istringstream lines(text);
     for (std::string line; std::getline(lines, line);) {
         line = line.substr(0, line.find("//"));
-        static const std::regex kQuoted("\"([^\"]*)\"");
-        for (std::sregex_iterator m(line.begin(), line.end(), kQuoted), end; m != end; ++m) {
-            out.push_back((*m)[1]);
+        std::istringstream pieces(line);  // every second piece between quotes is quoted
+        int i = 0;
+        for (std::string piece; std::getline(pieces, piece, '"'); ++i) {
+            if (i % 2 == 1) {
+                out.push_back(piece);
+            }
         }
     }
     return out;
