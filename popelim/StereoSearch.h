@@ -76,7 +76,9 @@ typedef int16_t Short8 __attribute__((vector_size(16)));
 // |sample| >> 16 in every lane: 0 to 32768, the last for INT32_MIN only.
 inline Int4 RawLevels(Int4 x) {
     const Int4 sign = x >> 31;
-    return reinterpret_cast<Int4>(reinterpret_cast<UInt4>((x ^ sign) - sign) >> 16);
+    // Subtracted as unsigned: INT32_MIN's magnitude 2^31 does not fit a signed lane.
+    const UInt4 magnitude = reinterpret_cast<UInt4>(x ^ sign) - reinterpret_cast<UInt4>(sign);
+    return reinterpret_cast<Int4>(magnitude >> 16);
 }
 
 // Eight raw levels as AbsLevel gives them: 32768 becomes 32767, which a signed saturating
