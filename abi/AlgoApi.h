@@ -3,6 +3,7 @@
 // that the instance lends it: three buffers in each half of the memory table.
 #pragma once
 
+#include <dlfcn.h>
 #include <stdint.h>
 
 #include "abi/AlgoRecords.h"
@@ -30,4 +31,27 @@ typedef int32_t (*AlgoGetParaFn)(void** memFirst, void* paramArea, AudioOrluneMo
                                  AudioOrluneMobileParaExt* ext);
 typedef int32_t (*AlgoGetVersionFn)(char* versions);
 typedef int32_t (*AlgoGetSizeFn)(int32_t* sizes, KivIoInfo* io);
+}
+
+// The six entry points of an opened algorithm library, looked up by their exported names.
+struct AlgoEntryPoints {
+    AlgoInitFn init = nullptr;
+    AlgoApplyFn apply = nullptr;
+    AlgoSetParaFn setPara = nullptr;
+    AlgoGetParaFn getPara = nullptr;
+    AlgoGetVersionFn getVersion = nullptr;
+    AlgoGetSizeFn getSize = nullptr;
+
+    bool Complete() const { return init && apply && setPara && getPara && getVersion && getSize; }
+};
+
+inline AlgoEntryPoints FindAlgoEntryPoints(void* handle) {
+    AlgoEntryPoints e;
+    e.init = reinterpret_cast<AlgoInitFn>(dlsym(handle, "AudioOrluneMobileInit"));
+    e.apply = reinterpret_cast<AlgoApplyFn>(dlsym(handle, "AudioOrluneMobileApply"));
+    e.setPara = reinterpret_cast<AlgoSetParaFn>(dlsym(handle, "AudioOrluneMobileSetPara"));
+    e.getPara = reinterpret_cast<AlgoGetParaFn>(dlsym(handle, "AudioOrluneMobileGetPara"));
+    e.getVersion = reinterpret_cast<AlgoGetVersionFn>(dlsym(handle, "AudioOrluneMobileGetVersion"));
+    e.getSize = reinterpret_cast<AlgoGetSizeFn>(dlsym(handle, "AudioOrluneMobileGetSize"));
+    return e;
 }

@@ -24,25 +24,13 @@ constexpr int kFrames = 480;
 constexpr int kSamples = kFrames * 2;
 
 // The six entry points of an algorithm library opened by path; the libraries stay loaded.
-struct AlgoLibrary {
-    AlgoInitFn init = nullptr;
-    AlgoApplyFn apply = nullptr;
-    AlgoSetParaFn setPara = nullptr;
-    AlgoGetParaFn getPara = nullptr;
-    AlgoGetVersionFn getVersion = nullptr;
-    AlgoGetSizeFn getSize = nullptr;
+struct AlgoLibrary : AlgoEntryPoints {
     bool Open(const char* path) {
         void* h = dlopen(path, RTLD_NOW | RTLD_LOCAL);
-        if (h == nullptr) {
-            return false;
+        if (h != nullptr) {
+            static_cast<AlgoEntryPoints&>(*this) = FindAlgoEntryPoints(h);
         }
-        init = reinterpret_cast<AlgoInitFn>(dlsym(h, "AudioOrluneMobileInit"));
-        apply = reinterpret_cast<AlgoApplyFn>(dlsym(h, "AudioOrluneMobileApply"));
-        setPara = reinterpret_cast<AlgoSetParaFn>(dlsym(h, "AudioOrluneMobileSetPara"));
-        getPara = reinterpret_cast<AlgoGetParaFn>(dlsym(h, "AudioOrluneMobileGetPara"));
-        getVersion = reinterpret_cast<AlgoGetVersionFn>(dlsym(h, "AudioOrluneMobileGetVersion"));
-        getSize = reinterpret_cast<AlgoGetSizeFn>(dlsym(h, "AudioOrluneMobileGetSize"));
-        return init && apply && setPara && getPara && getVersion && getSize;
+        return h != nullptr && Complete();
     }
 };
 

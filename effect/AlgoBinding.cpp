@@ -16,15 +16,14 @@ bool Orlune::LoadOrulneEffect() {
         initialised = 0;
         return false;
     }
-    mAlgoInit = reinterpret_cast<AlgoInitFn>(dlsym(handle, "AudioOrluneMobileInit"));
-    mAlgoApply = reinterpret_cast<AlgoApplyFn>(dlsym(handle, "AudioOrluneMobileApply"));
-    mAlgoSetPara = reinterpret_cast<AlgoSetParaFn>(dlsym(handle, "AudioOrluneMobileSetPara"));
-    mAlgoGetPara = reinterpret_cast<AlgoGetParaFn>(dlsym(handle, "AudioOrluneMobileGetPara"));
-    mAlgoGetVersion =
-            reinterpret_cast<AlgoGetVersionFn>(dlsym(handle, "AudioOrluneMobileGetVersion"));
-    mAlgoGetSize = reinterpret_cast<AlgoGetSizeFn>(dlsym(handle, "AudioOrluneMobileGetSize"));
-    if (mAlgoInit != nullptr && mAlgoApply != nullptr && mAlgoSetPara != nullptr &&
-        mAlgoGetPara != nullptr && mAlgoGetVersion != nullptr && mAlgoGetSize != nullptr) {
+    const AlgoEntryPoints algo = FindAlgoEntryPoints(handle);
+    if (algo.Complete()) {
+        mAlgoInit = algo.init;
+        mAlgoApply = algo.apply;
+        mAlgoSetPara = algo.setPara;
+        mAlgoGetPara = algo.getPara;
+        mAlgoGetVersion = algo.getVersion;
+        mAlgoGetSize = algo.getSize;
         initialised = 1;
         ORLUNE_LOGI(kTagMobile, "%s %d: Load orlune algo lib OK.", kFn, 1075);
         // The handle is deliberately not kept: the library stays mapped for the process.
@@ -32,13 +31,6 @@ bool Orlune::LoadOrulneEffect() {
     }
     ORLUNE_LOGE(kTagMobile, "%s: Orlune load function symbol failed.", kFn);
     initialised = 0;
-    dlclose(handle);
-    // Nothing may call into the closed handle, even by mistake.
-    mAlgoInit = nullptr;
-    mAlgoApply = nullptr;
-    mAlgoSetPara = nullptr;
-    mAlgoGetPara = nullptr;
-    mAlgoGetVersion = nullptr;
-    mAlgoGetSize = nullptr;
+    dlclose(handle);  // no member points into it: they are set only when all six are found
     return false;
 }
