@@ -98,9 +98,9 @@ void Play(Stream& s, const std::atomic<bool>& controlDone) {
 }
 
 // Changes everything a host changes at any time, counting the wrong replies.
-void ChangeParameters(HostOrlune* effect, uint32_t seed, const std::atomic<bool>& stop,
+void ChangeParameters(HostOrlune* effect, uint32_t stream, const std::atomic<bool>& stop,
                       std::atomic<int>& wrong) {
-    std::mt19937 rng(seed);
+    std::mt19937 rng(stream);  // each stream its own sequence of changes
     auto pick = [&](int n) { return static_cast<int>(rng() % static_cast<uint32_t>(n)); };
     // Device, scene, orientation, fold state, volume indices and dB, swap, headset name,
     // playing applications, detector volumes with a stream start or stop, and two queries.
