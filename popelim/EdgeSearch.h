@@ -37,6 +37,16 @@ inline bool IsDrop(int32_t prevSample, int32_t curSample) {
     return 10 * cur + 10 <= prev && prev - cur >= 101;
 }
 
+// The lines that report a found edge: the frame, the level the search judged it by, the channel.
+inline void LogRaisingEdge(unsigned pos, int value, unsigned channel) {
+    ORLUNE_LOGI(kTagPop, "raising edge fade in, pos = %u, value = %d, channel = %d", pos, value,
+                static_cast<int>(channel));
+}
+inline void LogFallingEdge(unsigned pos, int value, unsigned channel) {
+    ORLUNE_LOGI(kTagPop, "falling edge fade out, pos = %u, value = %d, channel = %d", pos, value,
+                static_cast<int>(channel));
+}
+
 // The tests that the searches look for, each judging a frame by its sample and the one before.
 struct QuietTest {
     bool operator()(int32_t, int32_t cur) const { return IsQuietSample(cur); }
@@ -114,8 +124,7 @@ unsigned FindRaisingEdgeIn(const Samples& samples, unsigned frames, unsigned cha
             state = State::kSeek;
         }
         if (found != 0) {
-            ORLUNE_LOGI(kTagPop, "raising edge fade in, pos = %u, value = %d, channel = %d", found,
-                        cur, static_cast<int>(channel));
+            LogRaisingEdge(found, cur, channel);
             return found;
         }
         ++i;
@@ -151,8 +160,7 @@ unsigned FindFallingEdgeIn(const Samples& samples, unsigned frames, unsigned cha
         }
         const unsigned span = i - position;
         if ((lowCount >= 11 && i == frames - 1 && span < 48) || (lowCount >= 48 && span <= 479)) {
-            ORLUNE_LOGI(kTagPop, "falling edge fade out, pos = %u, value = %d, channel = %d",
-                        position, reference, static_cast<int>(channel));
+            LogFallingEdge(position, reference, channel);
             return position;
         }
     }
