@@ -1,6 +1,6 @@
 // Random configurations, blocks, sizes and handle edits through FallingPopElim and the exported
 // stand-alone functions. Besides the sanitizers' findings it stops on a processed block that is
-// not the work buffer, on a fast stereo scan or stereo fade that disagrees with the frame-by-frame
+// not the work buffer, on a stereo block or stereo fade that disagrees with the channel-by-channel
 // one, and on a fade step that differs from the plain 64-bit division.
 #include <android/log.h>
 #include <fuzzer/FuzzedDataProvider.h>
@@ -14,6 +14,7 @@
 #include "popelim/EdgeSearch.h"
 #include "popelim/FallingPopElim.h"
 #include "popelim/RampDivider.h"
+#include "popelim/PopElimBlock.h"
 #include "popelim/StereoSearch.h"
 
 namespace {
@@ -55,21 +56,29 @@ std::vector<int32_t> ConsumeBlock(FuzzedDataProvider& in, unsigned size) {
     return block;
 }
 
-// The flag-based stereo searches of the processing path must agree with the plain
-// frame-by-frame searches (up to 480 frames, the most a stereo block holds).
-void CheckScans(int32_t* buffer, unsigned frames) {
-    frames = frames < popelim::kStereoMaxFrames ? frames : popelim::kStereoMaxFrames;
-    popelim::StereoFlags flags;
-    popelim::ComputeStereoFlags(buffer, frames, flags);
-    for (unsigned c = 0; c < 2; ++c) {
-        const popelim::ChannelSamples plain{buffer + c, 2};
-        const popelim::ChannelFlags fast = popelim::FlagsOf(flags, buffer, c);
-        if (popelim::FindRaisingEdgeStereo(fast, c) !=
-                    popelim::FindRaisingEdgeIn(plain, frames, c) ||
-            popelim::FindFallingEdgeStereo(fast, c) !=
-                    popelim::FindFallingEdgeIn(plain, frames, c)) {
-            abort();
-        }
+// The stereo path of a block must leave the same samples as the channel-by-channel path (up to
+// 480 frames, the most a stereo block holds), with channel 1 now and then a copy of channel 0 so
+// that the two share their edges.
+void CheckStereoPath(FuzzedDataProvider& in) {
+    const ProcessHandle handle{
+            2,       4,     kPopBlockBytes, 0,
+            3,       48000, nullptr,        in.ConsumeIntegralInRange<uint32_t>(0, 4000),
+            nullptr, 0};
+    const unsigned frames = in.ConsumeIntegralInRange<unsigned>(0, popelim::kStereoMaxFrames);
+    const uint32_t bufferSamples = in.ConsumeIntegralInRange<uint32_t>(0, kPopBlockBytes / 4);
+    const bool shared = in.ConsumeBool();
+    const bool enable = in.ConsumeBool();
+    std::vector<int32_t> fast = ConsumeBlock(in, kPopBlockBytes);
+    for (size_t f = 0; shared && f < fast.size() / 2; ++f) {
+        fast[2 * f + 1] = fast[2 * f];
+    }
+    std::vector<int32_t> plain = fast;
+    popelim::SearchAndFadeStereo(fast.data(), handle, kPopBlockBytes, enable, frames,
+                                 bufferSamples);
+    popelim::SearchAndFadeChannels(plain.data(), 2, handle, kPopBlockBytes, enable, frames,
+                                   bufferSamples);
+    if (fast != plain) {
+        abort();
     }
 }
 
@@ -182,7 +191,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
                 CheckStereoFade(in);
                 break;
             default:
-                CheckScans(classBuffer, in.ConsumeIntegralInRange<unsigned>(0, kPopBlockBytes / 8));
+                CheckStereoPath(in);
                 break;
         }
     }

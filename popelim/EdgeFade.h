@@ -9,6 +9,10 @@
 
 #include <string.h>
 
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
+
 #include "popelim/ChannelSamples.h"
 #include "popelim/ProcessTypes.h"
 #include "popelim/RampDivider.h"
@@ -55,19 +59,50 @@ void ScaleShortRun(Samples& samples, unsigned first, unsigned count, const RampD
 }
 
 #if defined(__BYTE_ORDER__) && __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__
+#define POPELIM_VECTOR_FADES 1
+
+typedef int32_t Int4 __attribute__((vector_size(16)));
+typedef int32_t Int2 __attribute__((vector_size(8)));
+typedef int64_t Long2 __attribute__((vector_size(16)));
+typedef double Double2 __attribute__((vector_size(16)));
+
+// Lanes 0, 1 and 2, 3 of `s` as doubles, exactly. Where the target has no whole-vector
+// conversion: s + 2^31 as the low word under the high word of 2^52 is the double
+// 2^52 + 2^31 + s, which avoids the per-lane conversions that the compiler falls back to.
+inline void ToDoubles(Int4 s, Double2& d01, Double2& d23) {
+#if defined(__SSE2__)
+    d01 = reinterpret_cast<Double2>(_mm_cvtepi32_pd(reinterpret_cast<__m128i>(s)));
+    d23 = reinterpret_cast<Double2>(
+            _mm_cvtepi32_pd(reinterpret_cast<__m128i>(__builtin_shufflevector(s, s, 2, 3, 2, 3))));
+#else
+    const Int4 flip = {INT32_MIN, INT32_MIN, INT32_MIN, INT32_MIN};
+    const Int4 high = {0x43300000, 0x43300000, 0x43300000, 0x43300000};
+    const Double2 bias = {0x1p52 + 0x1p31, 0x1p52 + 0x1p31};
+    const Int4 u = s ^ flip;
+    d01 = reinterpret_cast<Double2>(__builtin_shufflevector(u, high, 0, 4, 1, 5)) - bias;
+    d23 = reinterpret_cast<Double2>(__builtin_shufflevector(u, high, 2, 6, 3, 7)) - bias;
+#endif
+}
+
+// Both truncated toward zero (|d| < 2^31) into four lanes; where the target has no direct
+// narrowing conversion, through 64-bit lanes, which it converts as a whole vector.
+inline Int4 ToInts(Double2 d01, Double2 d23) {
+#if defined(__SSE2__)
+    return reinterpret_cast<Int4>(
+            _mm_unpacklo_epi64(_mm_cvttpd_epi32(reinterpret_cast<__m128d>(d01)),
+                               _mm_cvttpd_epi32(reinterpret_cast<__m128d>(d23))));
+#else
+    return __builtin_shufflevector(
+            __builtin_convertvector(__builtin_convertvector(d01, Long2), Int2),
+            __builtin_convertvector(__builtin_convertvector(d23, Long2), Int2), 0, 1, 2, 3);
+#endif
+}
+
 // Four frames of one channel of an interleaved stereo buffer per step: the channel's samples are
 // gathered into one vector, scaled in two double lanes each with the products rounded as
 // ScaleShort rounds them, and put back between the other channel's.
 template <bool kFadeOut>
 void ScaleStereoRun(int32_t* data, unsigned count, const RampDivider& n) {
-    typedef int32_t Int4 __attribute__((vector_size(16)));
-    typedef int32_t Int2 __attribute__((vector_size(8)));
-    typedef double Double2 __attribute__((vector_size(16)));
-    // s + 2^31 as the low word under the high word of 2^52 is the double 2^52 + 2^31 + s
-    // exactly: a conversion without the per-lane conversions a plain target lacks.
-    const Int4 flip = {INT32_MIN, INT32_MIN, INT32_MIN, INT32_MIN};
-    const Int4 high = {0x43300000, 0x43300000, 0x43300000, 0x43300000};
-    const Double2 bias = {0x1p52 + 0x1p31, 0x1p52 + 0x1p31};
     const Double2 inv = {n.BiasedInverse(), n.BiasedInverse()};
     const Double2 step = {4.0, 4.0};
     Double2 k01 = {0.0, 1.0};
@@ -81,12 +116,10 @@ void ScaleStereoRun(int32_t* data, unsigned count, const RampDivider& n) {
         memcpy(&a, data + 2 * i, sizeof(a));
         memcpy(&b, data + 2 * i + 4, sizeof(b));
         const Int4 s = __builtin_shufflevector(a, b, 0, 2, 4, 6);
-        const Int4 u = s ^ flip;
-        const Double2 d01 = reinterpret_cast<Double2>(__builtin_shufflevector(u, high, 0, 4, 1, 5));
-        const Double2 d23 = reinterpret_cast<Double2>(__builtin_shufflevector(u, high, 2, 6, 3, 7));
-        const Int2 q01 = __builtin_convertvector((d01 - bias) * (k01 * inv), Int2);
-        const Int2 q23 = __builtin_convertvector((d23 - bias) * (k23 * inv), Int2);
-        Int4 q = __builtin_shufflevector(q01, q23, 0, 1, 2, 3);
+        Double2 d01;
+        Double2 d23;
+        ToDoubles(s, d01, d23);
+        Int4 q = ToInts(d01 * (k01 * inv), d23 * (k23 * inv));
         if (kFadeOut) {
             q = s - q;
         }
@@ -113,29 +146,83 @@ inline void ScaleShortRun(FixedStrideSamples<2>& samples, unsigned first, unsign
         ScaleStereoRun<false>(data, count, n);
     }
 }
+
+// Both channels of the stereo frames [0, count) from `data` at once, four frames per step: the
+// two samples of a frame share its gain, and the products are rounded as ScaleShort rounds them.
+template <bool kFadeOut>
+void ScaleFramePairs(int32_t* data, unsigned count, const RampDivider& n) {
+    const Double2 inv = {n.BiasedInverse(), n.BiasedInverse()};
+    const Double2 step = {4.0, 4.0};
+    Double2 k01 = {0.0, 1.0};
+    Double2 k23 = {2.0, 3.0};
+    unsigned i = 0;
+    for (; i + 4 <= count; i += 4) {
+        Int4 a;  // frames i and i + 1
+        Int4 b;  // frames i + 2 and i + 3
+        memcpy(&a, data + 2 * i, sizeof(a));
+        memcpy(&b, data + 2 * i + 4, sizeof(b));
+        const Double2 g01 = k01 * inv;
+        const Double2 g23 = k23 * inv;
+        Double2 a0, a1, b0, b1;
+        ToDoubles(a, a0, a1);
+        ToDoubles(b, b0, b1);
+        Int4 qa = ToInts(a0 * __builtin_shufflevector(g01, g01, 0, 0),
+                         a1 * __builtin_shufflevector(g01, g01, 1, 1));
+        Int4 qb = ToInts(b0 * __builtin_shufflevector(g23, g23, 0, 0),
+                         b1 * __builtin_shufflevector(g23, g23, 1, 1));
+        if (kFadeOut) {
+            qa = a - qa;
+            qb = b - qb;
+        }
+        memcpy(data + 2 * i, &qa, sizeof(qa));
+        memcpy(data + 2 * i + 4, &qb, sizeof(qb));
+        k01 += step;
+        k23 += step;
+    }
+    for (; i < count; ++i) {
+        for (unsigned c = 0; c < 2; ++c) {
+            const int32_t s = data[2 * i + c];
+            const int32_t scaled = n.ScaleShort(i, s);
+            data[2 * i + c] = kFadeOut ? s - scaled : scaled;
+        }
+    }
+}
 #endif
 
 }  // namespace detail
 
+// The frames of the ramp [pos, end) that lie in the first `writable` frames.
+struct RampSpan {
+    unsigned first;
+    unsigned count;
+    int64_t length;  // end - pos, what the gains divide by
+};
+
+inline bool RampInside(uint64_t pos, uint64_t end, uint32_t writable, RampSpan& span) {
+    const uint64_t stop = end < writable ? end : writable;
+    if (end <= pos || stop <= pos) {
+        return false;
+    }
+    span = RampSpan{static_cast<unsigned>(pos), static_cast<unsigned>(stop - pos),
+                    static_cast<int64_t>(end - pos)};
+    return true;
+}
+
 // Gain k / n on frame pos + k of the ramp [pos, end), n = end - pos.
 template <class Samples>
 void RampUp(Samples& samples, uint64_t pos, uint64_t end, uint32_t writable) {
-    if (end <= pos) {
+    RampSpan span;
+    if (!RampInside(pos, end, writable, span)) {
         return;
     }
-    const RampDivider n(static_cast<int64_t>(end - pos));
-    const uint64_t stop = end < writable ? end : writable;
-    if (stop <= pos) {
-        return;
-    }
-    const unsigned first = static_cast<unsigned>(pos);
-    const unsigned count = static_cast<unsigned>(stop - pos);
+    const RampDivider n(span.length);
     if (n.Short()) {
-        detail::ScaleShortRun(samples, first, count, n, false);
+        detail::ScaleShortRun(samples, span.first, span.count, n, false);
         return;
     }
-    for (unsigned k = 0; k < count; ++k) {
-        samples.Set(first + k, static_cast<int32_t>(n.Divide(k * int64_t{samples.Get(first + k)})));
+    for (unsigned k = 0; k < span.count; ++k) {
+        const unsigned frame = span.first + k;
+        samples.Set(frame, static_cast<int32_t>(n.Divide(k * int64_t{samples.Get(frame)})));
     }
 }
 
@@ -167,5 +254,43 @@ void FadeOutAt(Samples& samples, const ProcessHandle& handle, uint32_t blockByte
     }
     FadeInFrom(samples, handle, blockBytes, pos, writable);
 }
+
+// FadeInFrom and FadeOutAt on both channels of an interleaved stereo buffer, for an edge the two
+// share and `writable` frames of each: one pass over the frames instead of one per channel, with
+// the same results. False, with nothing written, where the target has no vector fades or a ramp
+// is too long for ScaleShort: the caller then fades each channel on its own.
+#if defined(POPELIM_VECTOR_FADES)
+inline bool FadeInBoth(int32_t* buffer, const ProcessHandle& handle, uint32_t blockBytes,
+                       uint32_t pos, uint32_t writable) {
+    RampSpan span;
+    if (!RampInside(pos, FadeEnd(FramesIn(handle, blockBytes), handle.curBufferSize, pos), writable,
+                    span)) {
+        return true;
+    }
+    const RampDivider n(span.length);
+    if (!n.Short()) {
+        return false;
+    }
+    detail::ScaleFramePairs<false>(buffer + 2 * span.first, span.count, n);
+    return true;
+}
+
+inline bool FadeOutBoth(int32_t* buffer, const ProcessHandle& handle, uint32_t blockBytes,
+                        uint32_t pos, uint32_t writable) {
+    const uint64_t end = FadeEnd(FramesIn(handle, blockBytes), handle.curBufferSize, pos);
+    if (pos == 0 || pos > kShortRampMax || end - pos > static_cast<uint64_t>(kShortRampMax)) {
+        return false;
+    }
+    detail::ScaleFramePairs<true>(buffer, pos < writable ? pos : writable, RampDivider(pos));
+    return FadeInBoth(buffer, handle, blockBytes, pos, writable);
+}
+#else
+inline bool FadeInBoth(int32_t*, const ProcessHandle&, uint32_t, uint32_t, uint32_t) {
+    return false;
+}
+inline bool FadeOutBoth(int32_t*, const ProcessHandle&, uint32_t, uint32_t, uint32_t) {
+    return false;
+}
+#endif
 
 }  // namespace popelim

@@ -53,29 +53,74 @@ void SearchAndFade(Samples& samples, const ProcessHandle& handle, uint32_t size,
     }
 }
 
-// The same for both channels of a stereo buffer, with the searches' per-frame tests done in one
-// vectorised pass over the block. A fade-in changes its channel's samples from the edge on, so
-// those are judged again before that channel's falling-edge search.
-void SearchAndFadeStereo(int32_t* buffer, const ProcessHandle& handle, uint32_t size, bool enable,
-                         uint32_t frames, uint32_t bufferSamples) {
-    StereoFlags flags;
-    ComputeStereoFlags(buffer, frames, flags);
-    for (unsigned c = 0; c < 2; ++c) {
-        const uint32_t writable = WritableFrames(bufferSamples, 2, c);
-        FixedStrideSamples<2> samples{buffer + c};
-        const unsigned rise = FindRaisingEdgeStereo(FlagsOf(flags, buffer, c), c);
-        if (rise != 0 && enable) {
-            FadeInFrom(samples, handle, size, rise, writable);
-            RefreshStereoFlags(buffer, c, rise, flags);
+// Fades each channel c with an edge at pos[c] (0 = none): both in one pass when they share it.
+void FadeStereo(int32_t* buffer, const ProcessHandle& handle, uint32_t size, bool fadeOut,
+                const unsigned (&pos)[2], const uint32_t (&writable)[2]) {
+    if (pos[0] != 0 && pos[0] == pos[1] && writable[0] == writable[1]) {
+        const bool done = fadeOut ? FadeOutBoth(buffer, handle, size, pos[0], writable[0])
+                                  : FadeInBoth(buffer, handle, size, pos[0], writable[0]);
+        if (done) {
+            return;
         }
-        const unsigned fall = FindFallingEdgeStereo(FlagsOf(flags, buffer, c), c);
-        if (fall != 0 && enable) {
-            FadeOutAt(samples, handle, size, fall, writable);
+    }
+    for (unsigned c = 0; c < 2; ++c) {
+        FixedStrideSamples<2> samples{buffer + c};
+        if (pos[c] != 0 && fadeOut) {
+            FadeOutAt(samples, handle, size, pos[c], writable[c]);
+        } else if (pos[c] != 0) {
+            FadeInFrom(samples, handle, size, pos[c], writable[c]);
         }
     }
 }
 
 }  // namespace
+
+// SearchAndFade for both channels of a stereo buffer, with the searches' per-frame tests done in
+// one vectorised pass over the block. Channels never touch each other's samples, so both are
+// searched before either is faded, and a fade-in's channel is judged again from its edge on
+// before the falling-edge searches. The lines come out in the order of the channel-by-channel
+// path.
+void SearchAndFadeStereo(int32_t* buffer, const ProcessHandle& handle, uint32_t size, bool enable,
+                         uint32_t frames, uint32_t bufferSamples) {
+    StereoFlags flags;
+    ComputeStereoFlags(buffer, frames, flags);
+    const uint32_t writable[2] = {WritableFrames(bufferSamples, 2, 0),
+                                  WritableFrames(bufferSamples, 2, 1)};
+    FoundEdge rise[2];
+    FoundEdge fall[2];
+    for (unsigned c = 0; c < 2; ++c) {
+        rise[c] = FindRaisingEdgeStereo(FlagsOf(flags, buffer, c));
+    }
+    if (enable) {
+        const unsigned at[2] = {rise[0].pos, rise[1].pos};
+        FadeStereo(buffer, handle, size, false, at, writable);
+        RefreshStereoFlags(buffer, at, flags);
+    }
+    for (unsigned c = 0; c < 2; ++c) {
+        fall[c] = FindFallingEdgeStereo(FlagsOf(flags, buffer, c));
+    }
+    for (unsigned c = 0; c < 2; ++c) {
+        if (rise[c].pos != 0) {
+            LogRaisingEdge(rise[c].pos, rise[c].value, c);
+        }
+        if (fall[c].pos != 0) {
+            LogFallingEdge(fall[c].pos, fall[c].value, c);
+        }
+    }
+    if (enable) {
+        const unsigned at[2] = {fall[0].pos, fall[1].pos};
+        FadeStereo(buffer, handle, size, true, at, writable);
+    }
+}
+
+void SearchAndFadeChannels(int32_t* buffer, unsigned channels, const ProcessHandle& handle,
+                           uint32_t size, bool enable, uint32_t frames, uint32_t bufferSamples) {
+    for (unsigned c = 0; c < channels; ++c) {
+        const uint32_t writable = WritableFrames(bufferSamples, channels, c);
+        ChannelSamples samples{buffer + c, channels};
+        SearchAndFade(samples, handle, size, enable, frames, c, writable);
+    }
+}
 
 bool BlockPointersPresent(const ProcessHandle* handle, const void* input) {
     if (handle == nullptr || input == nullptr || handle->buffer == nullptr ||
@@ -99,12 +144,9 @@ int32_t* RunBlock(ProcessHandle* handle, const void* input, uint32_t size, bool 
     frames = frames < bufferFrames ? frames : bufferFrames;
     if (channels == 2 && frames <= kStereoMaxFrames) {
         SearchAndFadeStereo(handle->buffer, *handle, size, enable, frames, bufferSamples);
-        return handle->buffer;
-    }
-    for (unsigned c = 0; c < channels; ++c) {
-        const uint32_t writable = WritableFrames(bufferSamples, channels, c);
-        ChannelSamples samples{handle->buffer + c, channels};
-        SearchAndFade(samples, *handle, size, enable, frames, c, writable);
+    } else {
+        SearchAndFadeChannels(handle->buffer, channels, *handle, size, enable, frames,
+                              bufferSamples);
     }
     return handle->buffer;
 }

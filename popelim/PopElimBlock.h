@@ -19,6 +19,14 @@ bool BlockPointersPresent(const ProcessHandle* handle, const void* input);
 int32_t* RunBlock(ProcessHandle* handle, const void* input, uint32_t size, bool enable,
                   uint32_t bufferBytes);
 
+// The searches and fades of RunBlock on the first `frames` frames of a work buffer of
+// `bufferSamples` samples: channel by channel, or for a stereo buffer of at most
+// kStereoMaxFrames frames both channels at once. The two give the same samples and lines.
+void SearchAndFadeChannels(int32_t* buffer, unsigned channels, const ProcessHandle& handle,
+                           uint32_t size, bool enable, uint32_t frames, uint32_t bufferSamples);
+void SearchAndFadeStereo(int32_t* buffer, const ProcessHandle& handle, uint32_t size, bool enable,
+                         uint32_t frames, uint32_t bufferSamples);
+
 // The row of `table` for a block of `size` bytes, or null when the size is not in it.
 template <int N>
 const SampleRateRow* FindRateRow(const SampleRateRow (&table)[N], unsigned size) {

@@ -1,25 +1,28 @@
 // The edge searches of EdgeSearch.h for one channel of an interleaved stereo work buffer, with
-// the per-frame tests done in one pass over the block: the |level| of every frame, and byte flags
-// for "quiet" and "drops from the frame before". That pass works in chunks of fixed length, the
-// levels in explicit vectors, the flags in plain loops that the compiler vectorises on any
-// target. The searches then jump from flag to flag sixteen frames at a time and look at single
-// frames only around a hit. They find the same frames and log the same lines as FindRaisingEdgeIn
-// and FindFallingEdgeIn.
+// the per-frame tests done in one pass over the block: the |level| of every frame, then bit masks
+// of "quiet" and "drops from the frame before", sixteen frames per vector step. The searches
+// then skip from set bit to set bit and look at single frames only around a hit. They find the
+// same frames as FindRaisingEdgeIn and FindFallingEdgeIn, and return them with the level each
+// would log, so that a caller handling both channels can keep the lines in channel order.
 #pragma once
 
 #include <stdint.h>
 #include <stdlib.h>
 #include <string.h>
 
-#include "base/Log.h"
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
+
 #include "popelim/EdgeSearch.h"
 #include "popelim/ProcessTypes.h"
 
 namespace popelim {
 
 constexpr unsigned kStereoMaxFrames = kPopBlockBytes / 8;  // 480
-constexpr unsigned kFlagChunk = 32;                        // frames per vectorised chunk
-constexpr unsigned kFlagPad = 16;                          // a flag scan reads past the end
+constexpr unsigned kLevelChunk = 32;                       // frames per level step
+constexpr unsigned kFlagGroup = 16;                        // frames per flag step
+constexpr unsigned kFlagWords = (kStereoMaxFrames + 63) / 64;
 
 // Both channels of one block; channel c of frame f is buffer[2 f + c].
 struct StereoFlags {
@@ -28,11 +31,12 @@ struct StereoFlags {
     // 3276 and both are far above every tenth. [c][0] is 0, the level "before" frame 0, which
     // makes frame 0 no drop; the one after the last frame is 32767, above every tenth.
     int16_t level[2][1 + kStereoMaxFrames + 1];
-    uint8_t quiet[2][kStereoMaxFrames + kFlagPad];  // |level| < 10
+    // Frame f is bit f % 64 of word f / 64; no bit is set past the last frame.
+    uint64_t quiet[2][kFlagWords];  // |level| < 10
     // IsDrop(frame f - 1, frame f), and frame f + 1 stays below the same tenth. A drop whose
     // next frame does not can never be a falling edge, and the frame after it is no drop
     // either (it would lie below the tenth), so the search loses nothing by passing over it.
-    uint8_t drop[2][kStereoMaxFrames + kFlagPad];
+    uint64_t drop[2][kFlagWords];
     unsigned frames;
 };
 
@@ -40,8 +44,8 @@ struct StereoFlags {
 struct ChannelFlags {
     const int32_t* data;  // the channel's first sample; frame f is data[2 f]
     const int16_t* level;
-    const uint8_t* quiet;
-    const uint8_t* drop;
+    const uint64_t* quiet;
+    const uint64_t* drop;
     unsigned frames;
 };
 
@@ -49,6 +53,12 @@ inline ChannelFlags FlagsOf(const StereoFlags& flags, const int32_t* buffer, uns
     return ChannelFlags{buffer + channel, flags.level[channel] + 1, flags.quiet[channel],
                         flags.drop[channel], flags.frames};
 }
+
+// An edge a search found: its frame (0 = none) and the level its line reports.
+struct FoundEdge {
+    unsigned pos;
+    int value;
+};
 
 namespace detail {
 
@@ -103,10 +113,10 @@ inline void LoadEightFrames(const int32_t* data, Int4& x0, Int4& x1, Int4& x2, I
     memcpy(&x3, data + 12, sizeof(x3));
 }
 
-// Levels of kFlagChunk stereo frames from `data` (frame f at data[2 f]), eight frames per step:
+// Levels of kLevelChunk stereo frames from `data` (frame f at data[2 f]), eight frames per step:
 // the channels are separated in 32-bit lanes, then narrowed to 16 bits.
 inline void LevelChunk(const int32_t* data, int16_t* left, int16_t* right) {
-    for (unsigned f = 0; f < kFlagChunk; f += 8) {
+    for (unsigned f = 0; f < kLevelChunk; f += 8) {
         Int4 x0, x1, x2, x3;
         LoadEightFrames(data + 2 * f, x0, x1, x2, x3);
         const Short8 l = NarrowLevels(RawLevels(__builtin_shufflevector(x0, x1, 0, 2, 4, 6)),
@@ -121,7 +131,7 @@ inline void LevelChunk(const int32_t* data, int16_t* left, int16_t* right) {
 // The same for channel kChannel only; `data` is the chunk's first frame.
 template <unsigned kChannel>
 void ChannelLevelChunk(const int32_t* data, int16_t* level) {
-    for (unsigned f = 0; f < kFlagChunk; f += 8) {
+    for (unsigned f = 0; f < kLevelChunk; f += 8) {
         Int4 x0, x1, x2, x3;
         LoadEightFrames(data + 2 * f, x0, x1, x2, x3);
         const Short8 v =
@@ -133,62 +143,137 @@ void ChannelLevelChunk(const int32_t* data, int16_t* level) {
     }
 }
 
-// Flags of kFlagChunk frames from their levels; level[-1] is the frame before the first and
-// level[kFlagChunk] the one after the last.
-inline void FlagChunk(const int16_t* __restrict level, uint8_t* __restrict quiet,
-                      uint8_t* __restrict drop) {
-    for (int k = 0; k < static_cast<int>(kFlagChunk); ++k) {
-        quiet[k] = static_cast<uint8_t>(level[k] < 10);
-        drop[k] = DropFlag(level[k - 1], level[k], level[k + 1]);
-    }
-}
+typedef int8_t Char8 __attribute__((vector_size(8)));
+typedef int8_t Char16 __attribute__((vector_size(16)));
+typedef uint16_t UShort8 __attribute__((vector_size(16)));
 
-// Index of the first non-zero byte of a word read from memory.
-inline unsigned FirstByteSet(uint64_t word) {
-#if defined(__BYTE_ORDER__) && __BYTE_ORDER__ == __ORDER_BIG_ENDIAN__
-    return static_cast<unsigned>(__builtin_clzll(word)) / 8;
+// Bit i of the result is lane i of `low` for i < 8 and lane i - 8 of `high`; lanes are 0 or -1.
+inline unsigned LaneBits(Short8 low, Short8 high) {
+#if defined(__SSE2__)
+    return static_cast<unsigned>(_mm_movemask_epi8(
+            _mm_packs_epi16(reinterpret_cast<__m128i>(low), reinterpret_cast<__m128i>(high))));
 #else
-    return static_cast<unsigned>(__builtin_ctzll(word)) / 8;
+    // Narrowed to bytes of 0 or 1, eight of which one multiply gathers into the top byte.
+    const Char16 bytes = __builtin_shufflevector(__builtin_convertvector(low, Char8),
+                                                 __builtin_convertvector(high, Char8), 0, 1, 2, 3,
+                                                 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15);
+    uint64_t word[2];
+    memcpy(word, &bytes, sizeof(word));
+    constexpr uint64_t kOnes = 0x0101010101010101ull;
+    constexpr uint64_t kGather = 0x0102040810204080ull;
+    unsigned bits = 0;
+    for (unsigned h = 0; h < 2; ++h) {
+#if defined(__BYTE_ORDER__) && __BYTE_ORDER__ == __ORDER_BIG_ENDIAN__
+        word[h] = __builtin_bswap64(word[h]);  // lane 0 to the low byte
+#endif
+        bits |= static_cast<unsigned>(((word[h] & kOnes) * kGather) >> 56) << (8 * h);
+    }
+    return bits;
 #endif
 }
 
-// First frame from `from` to `frames` - 1 whose flag is `want`, or `frames`. Reads sixteen
-// flags at a time; the padding keeps the reads inside the array.
-inline unsigned FindFlag(const uint8_t* flags, unsigned from, unsigned frames, bool want) {
-    constexpr uint64_t kOnes = 0x0101010101010101ull;
-    const uint64_t flip = want ? 0 : kOnes;
-    for (unsigned i = from; i < frames; i += 16) {
-        uint64_t low;
-        uint64_t high;
-        memcpy(&low, flags + i, sizeof(low));
-        memcpy(&high, flags + i + 8, sizeof(high));
-        low ^= flip;
-        high ^= flip;
-        if ((low | high) != 0) {
-            const unsigned hit = low != 0 ? i + FirstByteSet(low) : i + 8 + FirstByteSet(high);
-            return hit < frames ? hit : frames;
-        }
-    }
-    return frames;
+// DropFlag in every lane: 0 or -1.
+inline Short8 DropLanes(Short8 prev, Short8 cur, Short8 next) {
+    const Short8 hundred = {100, 100, 100, 100, 100, 100, 100, 100};
+    const Short8 tenth = reinterpret_cast<Short8>(reinterpret_cast<UShort8>(prev) / 10);
+    return (cur < tenth) & (next < tenth) & ((prev - cur) > hundred);
 }
 
-// The flags of one channel from its levels, from frame `from` on.
+// Quiet and drop bits of the kFlagGroup frames from `level`; level[-1] is the frame before the
+// first and level[kFlagGroup] the one after the last.
+inline void FlagGroup(const int16_t* level, unsigned& quiet, unsigned& drop) {
+    Short8 v[2][3];  // [half][before, at, after]
+    for (unsigned h = 0; h < 2; ++h) {
+        for (unsigned k = 0; k < 3; ++k) {
+            memcpy(&v[h][k], level + 8 * h + k - 1, sizeof(Short8));
+        }
+    }
+    const Short8 ten = {10, 10, 10, 10, 10, 10, 10, 10};
+    quiet = LaneBits(v[0][1] < ten, v[1][1] < ten);
+    drop = LaneBits(DropLanes(v[0][0], v[0][1], v[0][2]), DropLanes(v[1][0], v[1][1], v[1][2]));
+}
+
+// First frame from `from` to `frames` - 1 whose bit is `want`, or `frames`.
+inline unsigned FindBit(const uint64_t* words, unsigned from, unsigned frames, bool want) {
+    if (from >= frames) {
+        return frames;
+    }
+    const uint64_t flip = want ? 0 : ~uint64_t{0};
+    const unsigned last = (frames - 1) / 64;
+    unsigned w = from / 64;
+    uint64_t bits = (words[w] ^ flip) & (~uint64_t{0} << (from % 64));
+    while (bits == 0) {
+        if (++w > last) {
+            return frames;
+        }
+        bits = words[w] ^ flip;
+    }
+    const unsigned hit = w * 64 + static_cast<unsigned>(__builtin_ctzll(bits));
+    return hit < frames ? hit : frames;
+}
+
+// The bits of one channel from its levels, from the flag group holding frame `from` on. The
+// bits of that group's word before the group are kept.
 inline void FlagChannel(StereoFlags& out, unsigned channel, unsigned from) {
     const unsigned frames = out.frames;
     const int16_t* level = out.level[channel] + 1;
-    uint8_t* quiet = out.quiet[channel];
-    uint8_t* drop = out.drop[channel];
-    unsigned f = from;
-    for (; f + kFlagChunk <= frames; f += kFlagChunk) {
-        FlagChunk(level + f, quiet + f, drop + f);
+    uint64_t* quiet = out.quiet[channel];
+    uint64_t* drop = out.drop[channel];
+    unsigned f = from / kFlagGroup * kFlagGroup;
+    const uint64_t keep = f % 64 == 0 ? 0 : ~uint64_t{0} >> (64 - f % 64);
+    uint64_t q = keep == 0 ? 0 : quiet[f / 64] & keep;
+    uint64_t d = keep == 0 ? 0 : drop[f / 64] & keep;
+    for (; f + kFlagGroup <= frames; f += kFlagGroup) {
+        unsigned groupQuiet;
+        unsigned groupDrop;
+        FlagGroup(level + f, groupQuiet, groupDrop);
+        q |= uint64_t{groupQuiet} << (f % 64);
+        d |= uint64_t{groupDrop} << (f % 64);
+        if ((f + kFlagGroup) % 64 == 0) {
+            quiet[f / 64] = q;
+            drop[f / 64] = d;
+            q = d = 0;
+        }
     }
     for (; f < frames; ++f) {
         const int16_t* at = level + f;  // at[-1] is the frame before, even for frame 0
-        quiet[f] = static_cast<uint8_t>(at[0] < 10);
-        drop[f] = DropFlag(at[-1], at[0], at[1]);
+        q |= uint64_t{at[0] < 10} << (f % 64);
+        d |= uint64_t{DropFlag(at[-1], at[0], at[1])} << (f % 64);
+        if ((f + 1) % 64 == 0) {
+            quiet[f / 64] = q;
+            drop[f / 64] = d;
+            q = d = 0;
+        }
     }
-    memset(quiet + frames, 0, kFlagPad);
-    memset(drop + frames, 0, kFlagPad);
+    if (f % 64 != 0) {
+        quiet[f / 64] = q;
+        drop[f / 64] = d;
+    }
+}
+
+// Levels of `channel` (0, 1, or 2 for both) from frame `from` on.
+inline void LevelsFrom(const int32_t* buffer, unsigned channel, unsigned from, StereoFlags& out) {
+    const unsigned frames = out.frames;
+    int16_t* left = out.level[0] + 1;
+    int16_t* right = out.level[1] + 1;
+    unsigned f = from;
+    for (; f + kLevelChunk <= frames; f += kLevelChunk) {
+        if (channel == 0) {
+            ChannelLevelChunk<0>(buffer + 2 * f, left + f);
+        } else if (channel == 1) {
+            ChannelLevelChunk<1>(buffer + 2 * f, right + f);
+        } else {
+            LevelChunk(buffer + 2 * f, left + f, right + f);
+        }
+    }
+    for (; f < frames; ++f) {
+        if (channel != 1) {
+            left[f] = AbsLevel(buffer[2 * f]);
+        }
+        if (channel != 0) {
+            right[f] = AbsLevel(buffer[2 * f + 1]);
+        }
+    }
 }
 
 }  // namespace detail
@@ -196,58 +281,48 @@ inline void FlagChannel(StereoFlags& out, unsigned channel, unsigned from) {
 // Fills `out` for the first `frames` (<= 480) frames of the stereo `buffer`.
 inline void ComputeStereoFlags(const int32_t* buffer, unsigned frames, StereoFlags& out) {
     out.frames = frames;
-    int16_t* left = out.level[0] + 1;
-    int16_t* right = out.level[1] + 1;
-    left[-1] = 0;
-    right[-1] = 0;
-    left[frames] = INT16_MAX;
-    right[frames] = INT16_MAX;
-    unsigned f = 0;
-    for (; f + kFlagChunk <= frames; f += kFlagChunk) {
-        detail::LevelChunk(buffer + 2 * f, left + f, right + f);
+    for (unsigned c = 0; c < 2; ++c) {
+        out.level[c][0] = 0;
+        out.level[c][frames + 1] = INT16_MAX;
     }
-    for (; f < frames; ++f) {
-        left[f] = detail::AbsLevel(buffer[2 * f]);
-        right[f] = detail::AbsLevel(buffer[2 * f + 1]);
-    }
+    detail::LevelsFrom(buffer, 2, 0, out);
     for (unsigned c = 0; c < 2; ++c) {
         detail::FlagChannel(out, c, 0);
     }
 }
 
-// After the samples of `channel` changed from frame `from` on (a fade-in), its levels and flags
-// again; the other channel's stay as they are. The flags before frame `from` - 1 depend on
-// unchanged levels only.
-inline void RefreshStereoFlags(const int32_t* buffer, unsigned channel, unsigned from,
-                               StereoFlags& out) {
-    const unsigned frames = out.frames;
-    int16_t* level = out.level[channel] + 1;
-    unsigned f = from;
-    for (; f + kFlagChunk <= frames; f += kFlagChunk) {
-        if (channel == 0) {
-            detail::ChannelLevelChunk<0>(buffer + 2 * f, level + f);
-        } else {
-            detail::ChannelLevelChunk<1>(buffer + 2 * f, level + f);
+// After a fade-in changed channel c's samples from frame from[c] on (0 = not faded), its
+// levels and bits again; the bits before frame from[c] - 1 depend on unchanged levels only.
+// Channels faded from the same frame are read together.
+inline void RefreshStereoFlags(const int32_t* buffer, const unsigned (&from)[2], StereoFlags& out) {
+    if (from[0] != 0 && from[0] == from[1]) {
+        detail::LevelsFrom(buffer, 2, from[0], out);
+    } else {
+        for (unsigned c = 0; c < 2; ++c) {
+            if (from[c] != 0) {
+                detail::LevelsFrom(buffer, c, from[c], out);
+            }
         }
     }
-    for (; f < frames; ++f) {
-        level[f] = detail::AbsLevel(buffer[2 * f + channel]);
+    for (unsigned c = 0; c < 2; ++c) {
+        if (from[c] != 0) {
+            detail::FlagChannel(out, c, from[c] - 1);
+        }
     }
-    detail::FlagChannel(out, channel, from > 0 ? from - 1 : 0);
 }
 
-// FindRaisingEdgeIn on one channel.
-inline unsigned FindRaisingEdgeStereo(const ChannelFlags& flags, unsigned channel) {
+// FindRaisingEdgeIn on one channel, without the line.
+inline FoundEdge FindRaisingEdgeStereo(const ChannelFlags& flags) {
     const int32_t* data = flags.data;
     const unsigned frames = flags.frames;
     unsigned i = 1;
     while (i < frames) {
         // Seek a quiet frame, then the end of its quiet stretch.
-        i = detail::FindFlag(flags.quiet, i, frames, true);
+        i = detail::FindBit(flags.quiet, i, frames, true);
         if (i >= frames) {
             break;
         }
-        const unsigned loud = detail::FindFlag(flags.quiet, i + 1, frames, false);
+        const unsigned loud = detail::FindBit(flags.quiet, i + 1, frames, false);
         // The first quiet frame counts as 2: a count of 11 is ten quiet frames.
         const unsigned quietCount = 2 + (loud - (i + 1));
         i = loud;
@@ -287,20 +362,18 @@ inline unsigned FindRaisingEdgeStereo(const ChannelFlags& flags, unsigned channe
                 continue;
             }
         }
-        ORLUNE_LOGI(kTagPop, "raising edge fade in, pos = %u, value = %d, channel = %d", found, cur,
-                    static_cast<int>(channel));
-        return found;
+        return FoundEdge{found, cur};
     }
-    return 0;
+    return FoundEdge{0, 0};
 }
 
-// FindFallingEdgeIn on one channel.
-inline unsigned FindFallingEdgeStereo(const ChannelFlags& flags, unsigned channel) {
+// FindFallingEdgeIn on one channel, without the line.
+inline FoundEdge FindFallingEdgeStereo(const ChannelFlags& flags) {
     const int32_t* data = flags.data;
     const unsigned frames = flags.frames;
     unsigned i = 1;
     while (i < frames) {
-        const unsigned position = detail::FindFlag(flags.drop, i, frames, true);
+        const unsigned position = detail::FindBit(flags.drop, i, frames, true);
         if (position >= frames) {
             break;
         }
@@ -309,16 +382,13 @@ inline unsigned FindFallingEdgeStereo(const ChannelFlags& flags, unsigned channe
         for (; j < frames && flags.level[j] < limit; ++j) {
             const unsigned span = j - position;
             if ((span >= 10 && j == frames - 1 && span < 48) || span >= 47) {
-                const int reference = SampleLevel(data[2 * (position - 1)]);
-                ORLUNE_LOGI(kTagPop, "falling edge fade out, pos = %u, value = %d, channel = %d",
-                            position, reference, static_cast<int>(channel));
-                return position;
+                return FoundEdge{position, SampleLevel(data[2 * (position - 1)])};
             }
         }
         // The frame that ended the stretch is not judged as a drop; the one after it is.
         i = j + 1;
     }
-    return 0;
+    return FoundEdge{0, 0};
 }
 
 }  // namespace popelim

@@ -1,5 +1,5 @@
-// Raising- and falling-edge searches on a hand-filled work buffer, and the fast stereo scans
-// against the frame-by-frame ones (the only such check on builds without SSE2).
+// Raising- and falling-edge searches on a hand-filled work buffer, and the fast stereo path
+// against the channel-by-channel one (the only such check on builds without SSE2).
 #include <algorithm>
 #include <random>
 #include <string>
@@ -7,7 +7,7 @@
 
 #include "base/Log.h"
 #include "popelim/EdgeSearch.h"
-#include "popelim/StereoSearch.h"
+#include "popelim/PopElimBlock.h"
 #include "tests/popelim/PopElimTestUtil.h"
 #include "tests/support/LogCapture.h"
 
@@ -87,17 +87,20 @@ TEST_F(EdgeTest, FallingEdge) {
             << log.Dump();
 }
 
-// The flag-based stereo searches of the processing path find exactly what the frame-by-frame
-// searches find.
-TEST(PopElimFastPathTest, StereoSearchesFindWhatFrameByFrameSearchesFind) {
+// The stereo path of a block (both channels searched in one pass, shared edges faded together)
+// leaves the same samples and logs the same lines as the channel-by-channel path.
+TEST(PopElimFastPathTest, StereoPathMatchesChannelByChannelPath) {
     static const int kLevels[] = {0, 1, 9, 10, 11, 99, 100, 101, 110, 111, 200, 1999, 2000, 20000};
     static const int32_t kExtremes[] = {INT32_MIN, INT32_MAX};
     std::mt19937 rng(20240611);
-    int found[2] = {0, 0};  // raising, falling
+    ProcessHandle handle{2, 4, kPopBlockBytes, 0, 3, 48000, nullptr, kPopBlockBytes, nullptr, 0};
+    int found[2] = {0, 0};  // raising, falling lines
     for (int round = 0; round < 3000; ++round) {
         // Runs of levels on the searches' thresholds with random signs and low bits, and now and
-        // then INT32_MIN or INT32_MAX (both once overflowed the scans).
+        // then INT32_MIN or INT32_MAX (both once overflowed the scans). Every third block has
+        // the same levels in both channels, so that their edges coincide.
         Stereo b(kFrames);
+        const bool shared = round % 3 == 0;
         for (unsigned i = 0, run = 0, level = 0; i < kFrames * 2; ++i, --run) {
             if (i == kFrames || run == 0) {  // each channel has runs of its own
                 run = 1 + rng() % 60;
@@ -105,24 +108,31 @@ TEST(PopElimFastPathTest, StereoSearchesFindWhatFrameByFrameSearchesFind) {
             }
             const int32_t s = Lv(level) + static_cast<int32_t>(rng() & 0xFFFF);
             const unsigned pick = rng() % 500;
-            b.s[i % kFrames * 2 + i / kFrames] = pick < 2 ? kExtremes[pick] : (pick % 4 ? s : -s);
+            const unsigned f = i % kFrames;
+            const unsigned c = i / kFrames;
+            b.s[f * 2 + c] = pick < 2 ? kExtremes[pick] : (pick % 4 ? s : -s);
+            if (shared && c == 0) {
+                b.s[f * 2 + 1] = b.s[f * 2];
+            }
         }
         const unsigned frames = round % 7 == 0 ? 1 + rng() % kFrames : kFrames;
-        popelim::StereoFlags flags;
-        popelim::ComputeStereoFlags(b.s.data(), frames, flags);
-        for (unsigned c = 0; c < 2; ++c) {
-            const popelim::ChannelSamples plain{b.s.data() + c, 2};
-            const unsigned rise = popelim::FindRaisingEdgeIn(plain, frames, c);
-            const unsigned fall = popelim::FindFallingEdgeIn(plain, frames, c);
-            const popelim::ChannelFlags fast = popelim::FlagsOf(flags, b.s.data(), c);
-            ASSERT_EQ(popelim::FindRaisingEdgeStereo(fast, c), rise) << round;
-            ASSERT_EQ(popelim::FindFallingEdgeStereo(fast, c), fall) << round;
-            found[0] += rise != 0;
-            found[1] += fall != 0;
-        }
+        handle.curBufferSize = round % 5 == 0 ? rng() % 4000 : kPopBlockBytes;
+        const uint32_t bufferSamples = round % 11 == 0 ? 1 + rng() % (kFrames * 2) : kFrames * 2;
+        Stereo plain = b;
+        LogCapture log;
+        popelim::SearchAndFadeChannels(plain.s.data(), 2, handle, kPopBlockBytes, true, frames,
+                                       bufferSamples);
+        const std::string plainLines = log.Dump();
+        log.Clear();
+        popelim::SearchAndFadeStereo(b.s.data(), handle, kPopBlockBytes, true, frames,
+                                     bufferSamples);
+        ASSERT_EQ(log.Dump(), plainLines) << round;
+        ASSERT_EQ(b.s, plain.s) << round;
+        found[0] += log.CountContaining("raising edge");
+        found[1] += log.CountContaining("falling edge");
     }
-    // The material must actually exercise both searches.
-    EXPECT_GT(std::min(found[0], found[1]), 300);
+    // The material must actually exercise both searches and both fades.
+    EXPECT_GT(std::min(found[0], found[1]), 2500);
 }
 
 }  // namespace
