@@ -98,15 +98,31 @@ inline Int4 ToInts(Double2 d01, Double2 d23) {
 #endif
 }
 
+// The gains k × BiasedInverse() of a ramp's frames, four per step from k = 0: frames k and k + 1
+// in the first vector, k + 2 and k + 3 in the second, each product rounded as ScaleShort does.
+class RampGains {
+public:
+    explicit RampGains(const RampDivider& n) : mInverse{n.BiasedInverse(), n.BiasedInverse()} {}
+    Double2 First() const { return mK01 * mInverse; }
+    Double2 Second() const { return mK23 * mInverse; }
+    void Advance() {
+        const Double2 step = {4.0, 4.0};
+        mK01 += step;
+        mK23 += step;
+    }
+
+private:
+    Double2 mInverse;
+    Double2 mK01 = {0.0, 1.0};
+    Double2 mK23 = {2.0, 3.0};
+};
+
 // Four frames of one channel of an interleaved stereo buffer per step: the channel's samples are
 // gathered into one vector, scaled in two double lanes each with the products rounded as
 // ScaleShort rounds them, and put back between the other channel's.
 template <bool kFadeOut>
 void ScaleStereoRun(int32_t* data, unsigned count, const RampDivider& n) {
-    const Double2 inv = {n.BiasedInverse(), n.BiasedInverse()};
-    const Double2 step = {4.0, 4.0};
-    Double2 k01 = {0.0, 1.0};
-    Double2 k23 = {2.0, 3.0};
+    RampGains gains(n);
     unsigned i = 0;
     // Four frames are read as eight samples; a frame after them keeps the last read inside the
     // channel's last frame.
@@ -119,7 +135,7 @@ void ScaleStereoRun(int32_t* data, unsigned count, const RampDivider& n) {
         Double2 d01;
         Double2 d23;
         ToDoubles(s, d01, d23);
-        Int4 q = ToInts(d01 * (k01 * inv), d23 * (k23 * inv));
+        Int4 q = ToInts(d01 * gains.First(), d23 * gains.Second());
         if (kFadeOut) {
             q = s - q;
         }
@@ -127,8 +143,7 @@ void ScaleStereoRun(int32_t* data, unsigned count, const RampDivider& n) {
         const Int4 yb = __builtin_shufflevector(q, b, 2, 5, 3, 7);
         memcpy(data + 2 * i, &ya, sizeof(ya));
         memcpy(data + 2 * i + 4, &yb, sizeof(yb));
-        k01 += step;
-        k23 += step;
+        gains.Advance();
     }
     for (; i < count; ++i) {
         const int32_t s = data[2 * i];
@@ -151,18 +166,15 @@ inline void ScaleShortRun(FixedStrideSamples<2>& samples, unsigned first, unsign
 // two samples of a frame share its gain, and the products are rounded as ScaleShort rounds them.
 template <bool kFadeOut>
 void ScaleFramePairs(int32_t* data, unsigned count, const RampDivider& n) {
-    const Double2 inv = {n.BiasedInverse(), n.BiasedInverse()};
-    const Double2 step = {4.0, 4.0};
-    Double2 k01 = {0.0, 1.0};
-    Double2 k23 = {2.0, 3.0};
+    RampGains gains(n);
     unsigned i = 0;
     for (; i + 4 <= count; i += 4) {
         Int4 a;  // frames i and i + 1
         Int4 b;  // frames i + 2 and i + 3
         memcpy(&a, data + 2 * i, sizeof(a));
         memcpy(&b, data + 2 * i + 4, sizeof(b));
-        const Double2 g01 = k01 * inv;
-        const Double2 g23 = k23 * inv;
+        const Double2 g01 = gains.First();
+        const Double2 g23 = gains.Second();
         Double2 a0, a1, b0, b1;
         ToDoubles(a, a0, a1);
         ToDoubles(b, b0, b1);
@@ -176,8 +188,7 @@ void ScaleFramePairs(int32_t* data, unsigned count, const RampDivider& n) {
         }
         memcpy(data + 2 * i, &qa, sizeof(qa));
         memcpy(data + 2 * i + 4, &qb, sizeof(qb));
-        k01 += step;
-        k23 += step;
+        gains.Advance();
     }
     for (; i < count; ++i) {
         for (unsigned c = 0; c < 2; ++c) {
