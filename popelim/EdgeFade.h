@@ -289,10 +289,15 @@ inline bool FadeInBoth(int32_t* buffer, const ProcessHandle& handle, uint32_t bl
 inline bool FadeOutBoth(int32_t* buffer, const ProcessHandle& handle, uint32_t blockBytes,
                         uint32_t pos, uint32_t writable) {
     const uint64_t end = FadeEnd(FramesIn(handle, blockBytes), handle.curBufferSize, pos);
-    if (pos == 0 || pos > kShortRampMax || end - pos > static_cast<uint64_t>(kShortRampMax)) {
+    // Both ramps are checked before the first one writes.
+    if (pos == 0) {
         return false;
     }
-    detail::ScaleFramePairs<true>(buffer, pos < writable ? pos : writable, RampDivider(pos));
+    const RampDivider q(pos);
+    if (!q.Short() || end - pos > static_cast<uint64_t>(kShortRampMax)) {
+        return false;
+    }
+    detail::ScaleFramePairs<true>(buffer, pos < writable ? pos : writable, q);
     return FadeInBoth(buffer, handle, blockBytes, pos, writable);
 }
 #else

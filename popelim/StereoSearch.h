@@ -251,7 +251,9 @@ inline void FlagChannel(StereoFlags& out, unsigned channel, unsigned from) {
     }
 }
 
-// Levels of `channel` (0, 1, or 2 for both) from frame `from` on.
+constexpr unsigned kBothChannels = 2;
+
+// Levels of `channel` (0, 1 or kBothChannels) from frame `from` on.
 inline void LevelsFrom(const int32_t* buffer, unsigned channel, unsigned from, StereoFlags& out) {
     const unsigned frames = out.frames;
     int16_t* left = out.level[0] + 1;
@@ -285,7 +287,7 @@ inline void ComputeStereoFlags(const int32_t* buffer, unsigned frames, StereoFla
         out.level[c][0] = 0;
         out.level[c][frames + 1] = INT16_MAX;
     }
-    detail::LevelsFrom(buffer, 2, 0, out);
+    detail::LevelsFrom(buffer, detail::kBothChannels, 0, out);
     for (unsigned c = 0; c < 2; ++c) {
         detail::FlagChannel(out, c, 0);
     }
@@ -296,7 +298,7 @@ inline void ComputeStereoFlags(const int32_t* buffer, unsigned frames, StereoFla
 // Channels faded from the same frame are read together.
 inline void RefreshStereoFlags(const int32_t* buffer, const unsigned (&from)[2], StereoFlags& out) {
     if (from[0] != 0 && from[0] == from[1]) {
-        detail::LevelsFrom(buffer, 2, from[0], out);
+        detail::LevelsFrom(buffer, detail::kBothChannels, from[0], out);
     } else {
         for (unsigned c = 0; c < 2; ++c) {
             if (from[c] != 0) {
